@@ -1,0 +1,88 @@
+#include <HBXCommon/HBXBase64.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace HBX {
+namespace {
+
+constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+std::string encoded(const std::string& bytes) {
+    std::string text(base64EncodedSize(bytes.size()), '\0');
+    base64Encode(bytes.data(), bytes.size(), text.data());
+    return text;
+}
+
+/// The same bit by bit.
+std::string encodedSlowly(const std::string& bytes) {
+    std::string text;
+    for (std::size_t bit = 0; bit < bytes.size() * 8; bit += 6) {
+        unsigned digit = 0;
+        for (std::size_t i = bit; i < bit + 6; ++i)
+            digit = digit << 1 |
+                    (i / 8 < bytes.size() ? static_cast<unsigned char>(bytes[i / 8]) >> (7 - i % 8) & 1U : 0);
+        text += kAlphabet[digit];
+    }
+    text.resize(base64EncodedSize(bytes.size()), '=');
+    return text;
+}
+
+/// Every length up to 100 crosses all seams between the fast steps; long texts leave the stack buffer.
+TEST(Base64, RoundTripsEveryLength) {
+    std::mt19937 random(1);
+    for (std::size_t length = 0; length < 3000; length += length < 100 ? 1 : 97) {
+        std::string bytes(length, '\0');
+        for (char& byte : bytes)
+            byte = static_cast<char>(random());
+        const std::string text = encoded(bytes);
+        EXPECT_EQ(text, encodedSlowly(bytes)) << length;
+        std::string back = "old";
+        EXPECT_TRUE(base64Decode(text, back)) << length;
+        EXPECT_EQ(back, bytes) << length;
+    }
+}
+
+TEST(Base64, PassesOverBlanksAnywhere) {
+    const std::string bytes("\x00\xFF text of more than sixteen bytes", 34);
+    const std::string text = encoded(bytes);
+    std::string back;
+    for (std::size_t at = 0; at <= text.size(); ++at) {
+        EXPECT_TRUE(base64Decode(std::string(text).insert(at, "\r\n \t"), back)) << at;
+        EXPECT_EQ(back, bytes) << at;
+    }
+    EXPECT_TRUE(base64Decode(" \n", back));
+    EXPECT_EQ(back, "");
+}
+
+/// Every byte that is neither digit nor blank, at every position, in the long steps and in the last group.
+TEST(Base64, RefusesForeignBytes) {
+    const std::string text = encoded(std::string(30, 'x'));
+    for (int byte = 0; byte < 256; ++byte) {
+        const char c = static_cast<char>(byte);
+        const bool isDigit = kAlphabet.find(c) != std::string_view::npos;
+        for (std::size_t at = 0; at < text.size(); ++at) {
+            std::string changed = text;
+            changed[at] = c;
+            std::string back = "old";
+            ASSERT_EQ(base64Decode(changed, back), isDigit) << byte << " at " << at;
+            ASSERT_EQ(isDigit ? encoded(back) : back, isDigit ? changed : "old");
+        }
+    }
+}
+
+TEST(Base64, RefusesWhatIsNotCanonical) {
+    for (const char* text : {"A", "AA", "AAA", "AAAAA", "=", "====", "A===", "AA=", "AA=A", "A=AA",
+                             "AA==AAAA", "AAA==", "AAAA=", "AAAA====", "AB==", "AP==", "AAB=", "AAD="}) {
+        std::string back = "old";
+        EXPECT_FALSE(base64Decode(text, back)) << text;
+        EXPECT_EQ(back, "old");
+    }
+    std::string back;
+    EXPECT_TRUE(base64Decode("AA = =\n", back));
+    EXPECT_EQ(back, std::string(1, '\0'));
+}
+
+} // namespace
+} // namespace HBX

@@ -1,0 +1,137 @@
+#include <HBXCommon/HBXErrorMessage.h>
+#include <HBXCommon/HBXFileUtil.h>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <string>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace HBX {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileTest : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string name = (fs::temp_directory_path() / "hbx-file-XXXXXX").string();
+        folder = ::mkdtemp(name.data());
+    }
+    void TearDown() override { fs::remove_all(folder); }
+
+    std::string at(const char* name) const { return (folder / name).string(); }
+    std::string content(const std::string& path) const {
+        std::string bytes;
+        return readFile(path, 1U << 20, bytes) == 0 ? bytes : getErrorMessage();
+    }
+    std::ptrdiff_t files() const { return std::distance(fs::directory_iterator(folder), {}); }
+    static unsigned modeOf(const std::string& path) {
+        return static_cast<unsigned>(fs::status(path).permissions());
+    }
+
+    fs::path folder;
+};
+
+TEST_F(FileTest, ReadsBackWhatWasWritten) {
+    for (const std::size_t size : {0U, 1U, 4095U, 4096U, 4097U, 100000U}) {
+        std::string bytes(size, '\0');
+        for (std::size_t i = 0; i < size; ++i)
+            bytes[i] = static_cast<char>(i * 31);
+        ASSERT_EQ(writeFileAtomic(at("f"), bytes), 0) << getErrorMessage();
+        EXPECT_EQ(content(at("f")), bytes);
+        std::string back;
+        EXPECT_EQ(readFile(at("f"), size, back), 0);
+        EXPECT_EQ(back, bytes);
+    }
+    EXPECT_EQ(files(), 1) << "nothing is left beside the file";
+}
+
+TEST_F(FileTest, ReadFailuresLeaveTheOutputAndNamePathAndCause) {
+    writeFileAtomic(at("long"), "123");
+    ASSERT_EQ(::mkfifo(at("pipe").c_str(), 0600), 0);
+    const struct {
+        std::string path;
+        int error;
+    } rows[] = {{at("long"), EFBIG},
+                {at("none"), ENOENT},
+                {folder.string(), EISDIR},
+                {at("pipe"), EINVAL},
+                {"/dev/zero", EINVAL}};
+    for (const auto& row : rows) {
+        std::string out = "old";
+        EXPECT_EQ(readFile(row.path, 2, out), -1) << row.path;
+        EXPECT_EQ(errno, row.error) << row.path;
+        EXPECT_EQ(out, "old");
+        EXPECT_NE(getErrorMessage().find("\"" + row.path + "\": " + errnoText(row.error)), std::string::npos)
+            << getErrorMessage();
+    }
+}
+
+TEST_F(FileTest, ReadsFilesThatReportNoSize) {
+    EXPECT_NE(content("/proc/self/status").find("Pid:"), std::string::npos);
+}
+
+TEST_F(FileTest, WritingKeepsTheModeOfTheOldFile) {
+    const mode_t umaskBefore = ::umask(027);
+    ASSERT_EQ(writeFileAtomic(at("f"), "new"), 0);
+    EXPECT_EQ(modeOf(at("f")), 0640U);
+    fs::permissions(at("f"), fs::perms(0606));
+    ASSERT_EQ(writeFileAtomic(at("f"), "newer"), 0);
+    EXPECT_EQ(modeOf(at("f")), 0606U);
+    ::umask(umaskBefore);
+}
+
+TEST_F(FileTest, WritingBehindALinkKeepsTheLink) {
+    writeFileAtomic(at("real"), "old");
+    fs::create_symlink("real", folder / "link");
+    ASSERT_EQ(writeFileAtomic(at("link"), "new"), 0);
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(content(at("real")), "new");
+}
+
+TEST_F(FileTest, WriteFailuresLeaveTheOldFileAndNothingElse) {
+    fs::create_directory(folder / "d");
+    EXPECT_EQ(writeFileAtomic(at("d"), "x"), -1);
+    EXPECT_EQ(errno, EISDIR);
+    EXPECT_EQ(writeFileAtomic(at("none/f"), "x"), -1);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(writeFileAtomic("", "x"), -1);
+
+    // A limit on file sizes stands for the full disk.
+    ASSERT_EQ(writeFileAtomic(at("f"), "old"), 0);
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{1000, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const int result = writeFileAtomic(at("f"), std::string(100000, 'x'));
+    const int error = errno;
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(error, EFBIG);
+    EXPECT_EQ(content(at("f")), "old");
+    EXPECT_EQ(files(), 2) << "the folder and the old file";
+}
+
+TEST_F(FileTest, OpensClosedOnExecAndRemoves) {
+    const int descriptor = openU(at("f"), O_CREAT | O_RDWR, 0600);
+    ASSERT_GE(descriptor, 0);
+    EXPECT_EQ(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+    ::close(descriptor);
+    EXPECT_EQ(removeFile(at("f")), 0);
+    EXPECT_EQ(removeFile(at("f")), -1);
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST(Process, TitleIsTheProgramsName) { EXPECT_NE(getproctitle().find("common_test"), std::string::npos); }
+
+} // namespace
+} // namespace HBX

@@ -1,0 +1,91 @@
+#include <HBXCommon/HBXStringUtil.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace HBX {
+namespace {
+
+int signOf(int value) { return (value > 0) - (value < 0); }
+
+TEST(CompareNoCase, OrdersByAsciiLettersInLowerCase) {
+    const struct {
+        const char *a, *b;
+        int length, result;
+    } rows[] = {
+        {"", "", -1, 0},       {"CN", "cn", -1, 0},      {"a", "B", -1, -1},    {"B", "a", -1, 1},
+        {"ab", "abc", -1, -1}, {"abc", "ab", -1, 1},     {"abX", "ABy", 2, 0},  {"ab", "abc", 2, 0},
+        {"ab", "abc", 3, -1},  {"a", "b", 0, 0},         {"[", "{", -1, -1},    {"@", "`", -1, -1},
+        {"_", "A", -1, -1},    {"\xC4", "\xE4", -1, -1}, {"z", "\xC4", -1, -1},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(signOf(compareNoCase(row.a, row.b, row.length)), row.result) << row.a << " " << row.b;
+        EXPECT_EQ(signOf(compareNoCase(row.b, row.a, row.length)), -row.result) << row.b << " " << row.a;
+    }
+    EXPECT_EQ(toLower("AZ[az\xC4 09"), "az[az\xC4 09");
+}
+
+TEST(Numbers, AreReadWholeAndInRange) {
+    const struct {
+        const char* text;
+        bool is32, is64;
+        std::int64_t value;
+    } rows[] = {
+        {"0", true, true, 0},
+        {" \t\r\n-12 \n", true, true, -12},
+        {"007", true, true, 7},
+        {"2147483647", true, true, 2147483647},
+        {"2147483648", false, true, 2147483648},
+        {"-9223372036854775808", false, true, std::numeric_limits<std::int64_t>::min()},
+        {"9223372036854775808", false, false, 0},
+        {"", false, false, 0},
+        {" ", false, false, 0},
+        {"+1", false, false, 0},
+        {"- 1", false, false, 0},
+        {"1 2", false, false, 0},
+        {"0x10", false, false, 0},
+        {"1.0", false, false, 0},
+        {"1\v", false, false, 0},
+    };
+    for (const auto& row : rows) {
+        std::int32_t narrow = 99;
+        std::int64_t wide = 99;
+        EXPECT_EQ(parseInt32(row.text, narrow), row.is32) << row.text;
+        EXPECT_EQ(narrow, row.is32 ? row.value : 99) << row.text;
+        EXPECT_EQ(parseInt64(row.text, wide), row.is64) << row.text;
+        EXPECT_EQ(wide, row.is64 ? row.value : 99) << row.text;
+    }
+    unsigned long big = 99;
+    EXPECT_FALSE(strToUlong("-1", big));
+    EXPECT_TRUE(strToUlong("18446744073709551615", big));
+    EXPECT_EQ(big, std::numeric_limits<unsigned long>::max());
+    EXPECT_FALSE(strToUlong(std::string_view("1\0", 2), big));
+}
+
+TEST(Numbers, AreWrittenSoThatTheyReadBack) {
+    for (const std::int64_t value :
+         {std::numeric_limits<std::int64_t>::min(), std::int64_t{-1}, std::int64_t{0}}) {
+        std::int64_t back = 99;
+        EXPECT_TRUE(parseInt64(longlongToStr(value), back));
+        EXPECT_EQ(back, value);
+    }
+    EXPECT_EQ(intToStr(std::numeric_limits<int>::min()), "-2147483648");
+    for (const double value : {0.1, -1e300, 5e-324, -0.0, 1e23, std::numeric_limits<double>::infinity(),
+                               std::numeric_limits<double>::max(), -std::numeric_limits<double>::max()}) {
+        double back = 99;
+        EXPECT_TRUE(parseDouble(" " + doubleToStr(value), back)) << value;
+        EXPECT_EQ(back, value);
+        EXPECT_EQ(std::signbit(back), std::signbit(value));
+    }
+    EXPECT_EQ(doubleToStr(0.1), "0.1");
+    double number = 99;
+    EXPECT_TRUE(parseDouble(doubleToStr(std::nan("")), number));
+    EXPECT_TRUE(std::isnan(number));
+    for (const char* text : {"", "1e", "1,5", "1.5x", "1e999", "+1"})
+        EXPECT_FALSE(parseDouble(text, number)) << text;
+}
+
+} // namespace
+} // namespace HBX

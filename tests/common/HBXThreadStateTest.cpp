@@ -1,0 +1,94 @@
+#include <HBXCommon/HBXErrorMessage.h>
+#include <HBXCommon/HBXInstanceFolders.h>
+#include <HBXCommon/HBXLock.h>
+#include <HBXCommon/HBXTLS.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cerrno>
+#include <thread>
+#include <vector>
+
+namespace HBX {
+namespace {
+
+struct Counted {
+    static inline std::atomic<int> alive{0};
+    int value = 0;
+    Counted() { ++alive; }
+    Counted(const Counted& other) : value(other.value) { ++alive; }
+    Counted& operator=(const Counted&) = default;
+    ~Counted() { --alive; }
+};
+
+TEST(ThreadStorage, HoldsAValuePerThreadAndObjectUntilTheThreadEnds) {
+    {
+        const HBXTLS<Counted> a;
+        const HBXTLS<Counted> b;
+        a.get().value = 1;
+        b.get().value = 2;
+        std::thread([&] {
+            EXPECT_EQ(a.get().value, 0);
+            Counted other;
+            other.value = 5;
+            a.set(other);
+            EXPECT_EQ(a.get().value, 5);
+        }).join();
+        EXPECT_EQ(a.get().value, 1);
+        EXPECT_EQ(b.get().value, 2);
+        EXPECT_EQ(Counted::alive, 2) << "the other thread's values are gone";
+    }
+    EXPECT_EQ(Counted::alive, 0);
+}
+
+TEST(ThreadLock, KeepsOthersOut) {
+    HBXLock lock;
+    int counter = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([&] {
+            for (int n = 0; n < 1000; ++n) {
+                const HBXLockGuard guard(lock);
+                ++counter;
+            }
+        });
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(counter, 4000);
+
+    const HBXLockGuard guard(lock);
+    std::thread([&] { EXPECT_FALSE(lock.try_lock()); }).join();
+}
+
+TEST(ThreadErrorMessage, BelongsToItsThread) {
+    setErrorMessage("mine");
+    std::thread([] {
+        EXPECT_EQ(getErrorMessage(), "");
+        setErrorMessage("theirs");
+    }).join();
+    EXPECT_EQ(getErrorMessage(), "mine");
+    clearErrorMessage();
+    EXPECT_EQ(getErrorMessage(), "");
+}
+
+TEST(ErrorMessage, NamesActionObjectAndCause) {
+    errno = EACCES;
+    EXPECT_EQ(failWithErrno("open", "/a/b"), -1);
+    EXPECT_EQ(errno, EACCES);
+    EXPECT_EQ(getErrorMessage(), "Cannot open \"/a/b\": Permission denied");
+    EXPECT_EQ(errnoText(0), "Success");
+}
+
+TEST(InstanceFolders, ComeFromTheProviderOrElseFromTheBuild) {
+    EXPECT_EQ(getConfigurationFile(), HBXInstanceFolders::etc() + "/agent.xml");
+    const std::string built = getConfigurationFile();
+    setFolderProvider({.etc = [] { return "/scratch"; }, .configurationFile = nullptr});
+    EXPECT_EQ(HBXInstanceFolders::etc(), "/scratch");
+    EXPECT_EQ(getConfigurationFile(), built);
+    setFolderProvider({});
+    EXPECT_NE(HBXInstanceFolders::etc(), "/scratch");
+}
+
+} // namespace
+} // namespace HBX
