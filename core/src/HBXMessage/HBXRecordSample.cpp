@@ -1,0 +1,127 @@
+#include <HBXMessage/HBXRecordSample.h>
+
+#include <string>
+
+namespace HBX {
+namespace {
+
+constexpr int kDeepest = 3;
+constexpr std::size_t kMostItems = 4;
+
+class Filler {
+public:
+    explicit Filler(std::mt19937_64& random) : random_(random) {}
+
+    void record(void* record, const HBXRecordTable& table) {
+        if (table.text != nullptr) {
+            table.text->sample(record, random_());
+            return;
+        }
+        ++depth_;
+        if (table.base != nullptr) {
+            this->record(const_cast<void*>(table.toBase(record)), *table.base);
+        }
+        for (const HBXRow& row : table) {
+            member(row, table, record);
+        }
+        --depth_;
+    }
+
+private:
+    void member(const HBXRow& row, const HBXRecordTable& table, void* record) {
+        const bool nests = row.kind == HBXKind::Record || row.kind == HBXKind::Pointer;
+        if (nests && depth_ > kDeepest && row.presence != HBXPresence::Mandatory) {
+            return;
+        }
+        void* value = table.at(row, record);
+        if (row.list != nullptr) {
+            list(row, value);
+        } else if (fill(row, value)) {
+            table.markSet(row, record);
+        }
+    }
+
+    struct Item {
+        Filler& filler;
+        const HBXRow& row;
+    };
+
+    void list(const HBXRow& row, void* list) {
+        row.list->clear(list);
+        Item item{*this, row};
+        const HBXFill filled{[](void* raw, void* value) {
+                                 const Item& of = *static_cast<const Item*>(raw);
+                                 return of.filler.fill(of.row, value);
+                             },
+                             &item};
+        for (std::size_t count = random_() % (kMostItems + 1); count != 0; --count) {
+            row.list->add(list, filled);
+        }
+    }
+
+    bool fill(const HBXRow& row, void* value) {
+        switch (row.kind) {
+        case HBXKind::Int:
+            *static_cast<std::int32_t*>(value) = static_cast<std::int32_t>(number());
+            break;
+        case HBXKind::Int64:
+            *static_cast<std::int64_t*>(value) = number();
+            break;
+        case HBXKind::Time:
+            *static_cast<std::int64_t*>(value) = number() & 0xFFFFFFFFFF;
+            break;
+        case HBXKind::Bool:
+            *static_cast<bool*>(value) = random_() % 2 != 0;
+            break;
+        case HBXKind::Double:
+            *static_cast<double*>(value) = static_cast<double>(number()) / 3;
+            break;
+        case HBXKind::String:
+        case HBXKind::Base64:
+        case HBXKind::Xml:
+            *static_cast<std::string*>(value) = text();
+            break;
+        case HBXKind::Text:
+            row.type->sample(value, random_());
+            break;
+        case HBXKind::Record:
+            record(value, *row.type->record);
+            break;
+        case HBXKind::Pointer:
+            return pointer(*row.type->pointer, value);
+        }
+        return true;
+    }
+
+    bool pointer(const HBXPointerType& type, void* value) {
+        type.create(value, random_() % type.classes());
+        const void* object = nullptr;
+        const HBXRecordTable& table = type.object(value, object);
+        record(const_cast<void*>(object), table);
+        return true;
+    }
+
+    /// Small, large and negative ones alike.
+    std::int64_t number() { return static_cast<std::int64_t>(random_()) >> (random_() % 64); }
+
+    /// Any bytes, empty texts and blanks included.
+    std::string text() {
+        std::string text(random_() % 24, '\0');
+        const bool printable = random_() % 4 != 0;
+        for (char& c : text) {
+            c = static_cast<char>(printable ? ' ' + random_() % 95 : random_());
+        }
+        return text;
+    }
+
+    std::mt19937_64& random_;
+    int depth_ = 0;
+};
+
+} // namespace
+
+void fillSample(void* record, const HBXRecordTable& table, std::mt19937_64& random) {
+    Filler(random).record(record, table);
+}
+
+} // namespace HBX

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace HBX::internal {
+
+/// The budget that every way into a message obeys, and that every way out refuses to exceed: what we write,
+/// we can read again. Building a tree in memory is not limited.
+inline constexpr std::uint32_t kMaxDepth = 256; // below the root
+inline constexpr std::uint32_t kMaxElements = 1'000'000;
+inline constexpr std::uint32_t kMaxAttributes = 256; // of one element
+inline constexpr std::uint32_t kMaxNames = 65'536;   // outside the fixed table
+inline constexpr std::size_t kMaxNameLength = 1024;
+inline constexpr std::size_t kMaxInput = std::size_t{256} << 20;
+
+} // namespace HBX::internal
