@@ -85,42 +85,34 @@ int encode(const HBXBinary& message, const HBXMessageIterator* from, internal::B
     return writeBinary(*place.tree, message.envelope(), place.node, top, bytes);
 }
 
-char* mallocText(std::string_view text) {
-    auto* copy = static_cast<char*>(std::malloc(text.size() + 1));
-    if (copy != nullptr) {
-        std::memcpy(copy, text.data(), text.size());
-        copy[text.size()] = '\0';
-    }
-    return copy;
-}
-
 // --- envelope fields, all kept as texts ---
 
 int getField(const Envelope& envelope, EnvelopeField field, std::string& value) {
-    if (!envelope[field]) {
+    const std::string* text = envelope.find(field);
+    if (text == nullptr) {
         return 1;
     }
-    value = *envelope[field];
+    value = *text;
     return 0;
 }
 
 template <class Number>
 int getField(const Envelope& envelope, EnvelopeField field, Number& value) {
-    if (!envelope[field]) {
+    const std::string* text = envelope.find(field);
+    if (text == nullptr) {
         return 1;
     }
-    const std::string& text = *envelope[field];
-    std::from_chars(text.data(), text.data() + text.size(), value);
+    std::from_chars(text->data(), text->data() + text->size(), value);
     return 0;
 }
 
 int setField(Envelope& envelope, EnvelopeField field, const std::string& value) {
-    envelope[field] = value;
+    envelope.set(field, value);
     return 0;
 }
 
 int setField(Envelope& envelope, EnvelopeField field, std::int64_t value) {
-    envelope[field] = std::to_string(value);
+    envelope.set(field, std::to_string(value));
     return 0;
 }
 
@@ -233,11 +225,12 @@ int HBXBinary::fromText(const char* text, HBXMessageIterator* into) {
 
 char* HBXBinary::toText(const HBXMessageIterator* from, const std::string& indent, int) const {
     From place{};
-    std::string text;
+    internal::ByteBuffer text;
     if (!resolve(*this, from, place) || writeXml(*place.tree, *envelope_, place.node, indent, text) != 0) {
         return nullptr;
     }
-    return mallocText(text);
+    text.append('\0');
+    return text.release();
 }
 
 int HBXBinary::fromTextFile(const std::string& path) {
@@ -255,30 +248,41 @@ int HBXBinary::fromTextFile(const std::string& path) {
 }
 
 int HBXBinary::toTextFile(const std::string& path) const {
-    std::string text;
-    return writeXml(*tree_, *envelope_, kRoot, "  ", text) == 0 ? writeFileAtomic(path, text) : -1;
+    internal::ByteBuffer text;
+    return writeXml(*tree_, *envelope_, kRoot, "  ", text) == 0 ? writeFileAtomic(path, text.view()) : -1;
 }
 
 int HBXBinary::getTarget(std::vector<std::string>& value) const {
-    if (envelope_->targets.empty()) {
+    std::vector<std::string> targets;
+    for (const Envelope::Field& field : envelope_->fields) {
+        if (field.field == EnvelopeField::Target) {
+            targets.push_back(field.text);
+        }
+    }
+    if (targets.empty()) {
         return 1;
     }
-    value = envelope_->targets;
+    value = std::move(targets);
     return 0;
 }
 
 int HBXBinary::setTarget(const std::vector<std::string>& value) {
-    envelope_->targets = value;
+    envelope_->remove(EnvelopeField::Target);
+    for (const std::string& target : value) {
+        envelope_->add(EnvelopeField::Target, target);
+    }
     return 0;
 }
 
 int HBXBinary::addTarget(const std::string& value) {
-    envelope_->targets.push_back(value);
+    envelope_->add(EnvelopeField::Target, value);
     return 0;
 }
 
 int HBXBinary::setID(const std::string& value, bool overwrite) {
-    return !overwrite && (*envelope_)[EnvelopeField::Id] ? 0 : setField(*envelope_, EnvelopeField::Id, value);
+    return !overwrite && envelope_->find(EnvelopeField::Id) != nullptr
+               ? 0
+               : setField(*envelope_, EnvelopeField::Id, value);
 }
 
 int HBXBinary::getOrigin(std::string& value) const {

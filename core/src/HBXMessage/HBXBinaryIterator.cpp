@@ -17,6 +17,15 @@ using internal::NodeIndex;
 using internal::Ref;
 using internal::ValueKind;
 
+namespace {
+
+/// What can be written as a name, or as none.
+bool isName(std::string_view name) {
+    return name.size() <= internal::kMaxNameLength && name.find('\0') == std::string_view::npos;
+}
+
+} // namespace
+
 namespace internal {
 
 /// What reading a record by its table needs of a tree.
@@ -26,8 +35,30 @@ public:
 
     explicit TreeSource(const HBXBinaryIterator& cursor) : cursor_(cursor), tree_(*cursor.tree_) {}
 
-    [[nodiscard]] Place firstChild(Place at) const { return tree_[at].first; }
-    [[nodiscard]] Place next(Place at) const { return tree_[at].next; }
+    /// The child that comes next.
+    using Walk = NodeIndex;
+    [[nodiscard]] Walk walk(Place at) const { return tree_[at].first; }
+    Place next(Walk& walk) const {
+        const Place child = walk;
+        walk = tree_[child].next; // the node that stands for "none" has none either
+        return child;
+    }
+    bool takeText(Walk& walk, const HBXRow& row, std::string_view& text) const {
+        const Node& node = tree_[walk];
+        if (node.id != static_cast<Ref>(row.key) || node.kind != ValueKind::Text) {
+            return false;
+        }
+        text = tree_.bytes(node.text);
+        walk = node.next;
+        return true;
+    }
+    [[nodiscard]] std::size_t count(Place at, Ref id) const {
+        std::size_t count = 0;
+        for (NodeIndex child = tree_[at].first; child != kNoNode; child = tree_[child].next) {
+            count += tree_[child].id == id ? 1 : 0;
+        }
+        return count;
+    }
     [[nodiscard]] Ref id(Place at) const { return tree_[at].id; }
     bool text(Place at, std::string_view& text, bool& xml) const {
         const Node& node = tree_[at];
@@ -63,10 +94,16 @@ public:
             tree_.remove(old);
         }
     }
-    int open(int id) { return cursor_.HBXBinaryIterator::newChild(id); }
+    int open(int id, std::uint64_t) {
+        return cursor_.moveTo(tree_.append(cursor_.node_, static_cast<Ref>(id), cursor_.savedNamespace_));
+    }
     void close() { cursor_.moveTo(tree_[cursor_.node_].parent); }
-    int value(int id, std::string_view text, bool xml) {
-        return cursor_.HBXBinaryIterator::putRawValue(id, text, xml);
+    void expect(const HBXRecordTable&) {}
+    int value(int id, const HBXElementHead&, std::string_view text) { return put(id, text, ValueKind::Text); }
+    int xml(int id, std::string_view text) { return put(id, text, ValueKind::Xml); }
+    template <class Number>
+    int number(int id, const HBXElementHead&, Number number) {
+        return put(id, NumberText(number).view(), ValueKind::Text);
     }
     void mark(int nsid, int typeId) {
         if (nsid != 0) {
@@ -79,6 +116,17 @@ public:
     void unmark() { cursor_.savedNamespace_ = 0; }
 
 private:
+    int put(int id, std::string_view text, ValueKind kind) {
+        if (id != 0 && kind == ValueKind::Text) [[likely]] {
+            return tree_.appendText(cursor_.node_, static_cast<Ref>(id), cursor_.savedNamespace_, text) ? 0
+                                                                                                        : -1;
+        }
+        const NodeIndex at = id == 0
+                                 ? cursor_.node_
+                                 : tree_.append(cursor_.node_, static_cast<Ref>(id), cursor_.savedNamespace_);
+        return tree_.setValue(at, text, kind) ? 0 : -1;
+    }
+
     HBXBinaryIterator& cursor_;
     Tree& tree_;
 };
@@ -222,7 +270,9 @@ int HBXBinaryIterator::setNamespace(int nsid) {
 }
 
 int HBXBinaryIterator::setNamespaceName(const std::string& name) {
-    return alive() ? setNamespace(static_cast<int>(internal::namespaceRef(tree_->names(), name))) : -1;
+    return alive() && isName(name)
+               ? setNamespace(static_cast<int>(internal::namespaceRef(tree_->names(), name)))
+               : -1;
 }
 
 int HBXBinaryIterator::saveNamespace(int nsid) {
@@ -234,7 +284,9 @@ int HBXBinaryIterator::saveNamespace(int nsid) {
 }
 
 int HBXBinaryIterator::saveNamespaceName(const std::string& name) {
-    return alive() ? saveNamespace(static_cast<int>(internal::namespaceRef(tree_->names(), name))) : -1;
+    return alive() && isName(name)
+               ? saveNamespace(static_cast<int>(internal::namespaceRef(tree_->names(), name)))
+               : -1;
 }
 
 int HBXBinaryIterator::setNamespaceChild(int nsid) {
@@ -256,17 +308,14 @@ int HBXBinaryIterator::setComplexType(int nsid, int typeId) {
 }
 
 int HBXBinaryIterator::setComplexTypeNames(const std::string& nsName, const std::string& typeName) {
-    return alive() ? setComplexType(static_cast<int>(internal::namespaceRef(tree_->names(), nsName)),
-                                    static_cast<int>(internal::typeRef(tree_->names(), typeName)))
-                   : -1;
+    return alive() && isName(nsName) && isName(typeName)
+               ? setComplexType(static_cast<int>(internal::namespaceRef(tree_->names(), nsName)),
+                                static_cast<int>(internal::typeRef(tree_->names(), typeName)))
+               : -1;
 }
 
 int HBXBinaryIterator::internName(std::string_view name) {
-    if (!alive() || name.empty() || name.size() > internal::kMaxNameLength ||
-        name.find('\0') != std::string_view::npos) {
-        return 0;
-    }
-    return static_cast<int>(internal::elementRef(tree_->names(), name));
+    return alive() && isName(name) ? static_cast<int>(internal::elementRef(tree_->names(), name)) : 0;
 }
 
 int HBXBinaryIterator::idOfName(std::string_view name) const {
@@ -351,8 +400,8 @@ int HBXBinaryIterator::serializeFromChild(char** out, int* length) const {
         return -1;
     }
     internal::ByteBuffer bytes;
-    const internal::Top top = node_ == kRoot ? internal::Top::Content : internal::Top::Element;
-    if (internal::writeBinary(*tree_, message_->envelope(), node_, top, bytes) != 0) {
+    const internal::Top top = node_ == kRoot ? internal::Top::Message : internal::Top::Element;
+    if (internal::writeBinary(*tree_, internal::Envelope(), node_, top, bytes) != 0) {
         return -1;
     }
     *length = static_cast<int>(bytes.size());

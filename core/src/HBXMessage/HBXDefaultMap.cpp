@@ -38,7 +38,7 @@ struct NameIndex {
         }
     }
 
-    const char* name(int id) const {
+    std::string_view name(int id) const {
         const auto index = static_cast<std::size_t>(id);
         return id > 0 && index <= MaxId && byId[index] != 0 ? table[byId[index] - 1].name : "";
     }
@@ -65,9 +65,12 @@ constexpr NameIndex<5375, 512> kTypes(internal::kTypeNames);
 
 } // namespace
 
-const char* HBXDefaultMap::findElemID(int id) { return kElements.name(id); }
-const char* HBXDefaultMap::findNSID(int id) { return kNamespaces.name(id); }
-const char* HBXDefaultMap::findTypeID(int id) { return kTypes.name(id); }
+std::string_view HBXDefaultMap::elementName(int id) { return kElements.name(id); }
+std::string_view HBXDefaultMap::namespaceName(int id) { return kNamespaces.name(id); }
+std::string_view HBXDefaultMap::typeName(int id) { return kTypes.name(id); }
+const char* HBXDefaultMap::findElemID(int id) { return elementName(id).data(); }
+const char* HBXDefaultMap::findNSID(int id) { return namespaceName(id).data(); }
+const char* HBXDefaultMap::findTypeID(int id) { return typeName(id).data(); }
 int HBXDefaultMap::findElemName(std::string_view name) { return kElements.id(name); }
 int HBXDefaultMap::findNSName(std::string_view name) { return kNamespaces.id(name); }
 int HBXDefaultMap::findTypeName(std::string_view name) { return kTypes.id(name); }

@@ -15,6 +15,11 @@ public:
     static const char* findNSID(int id);
     static const char* findTypeID(int id);
 
+    /// The same with the length known.
+    static std::string_view elementName(int id);
+    static std::string_view namespaceName(int id);
+    static std::string_view typeName(int id);
+
     /// The id of a name, or 0 when the name is not in the table.
     static int findElemName(std::string_view name);
     static int findNSName(std::string_view name);

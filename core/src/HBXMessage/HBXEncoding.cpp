@@ -8,6 +8,9 @@
 namespace HBX {
 namespace {
 
+/// A thread keeps its buffer for the next record; one large record must not cost it that much for ever.
+constexpr std::size_t kKeptBuffer = std::size_t{1} << 20;
+
 int encodeOverTree(HBXWriteCall call, std::string& bytes) {
     const auto message = adoptMessage(HBXMsgFactory::createNew());
     auto& binary = static_cast<HBXBinary&>(*message);
@@ -41,13 +44,13 @@ int encodeMessage(HBXWriteCall call, std::string& bytes) {
     const int result = call.run(cursor, call.value);
     const bool complete = cursor.finish();
     busy = nested;
-    if (!complete) {
-        return encodeOverTree(call, bytes);
-    }
-    if (result == 0) {
+    if (complete && result == 0) {
         bytes.assign(out.view());
     }
-    return result;
+    if (out.size() > kKeptBuffer) {
+        internal::ByteBuffer().swap(out);
+    }
+    return complete ? result : encodeOverTree(call, bytes);
 }
 
 int decodeMessage(std::string_view bytes, HBXReadCall call) {

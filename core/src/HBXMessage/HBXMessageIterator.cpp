@@ -20,11 +20,11 @@ int converted(int fetched, std::string_view text, const Convert& convert) {
     return fetched != 0 ? fetched : convert(text) ? 0 : -1;
 }
 
-/// Runs a getter on the child of a name; a name that the message does not know has no child.
+/// Runs a getter on the child of a name; a name that the message does not know has no child, as -1 has none.
 template <class Get>
 int byName(const HBXMessageIterator& it, const std::string& name, const Get& get) {
     const int id = it.idOfName(name);
-    return id == 0 ? 1 : get(id);
+    return get(id == 0 ? -1 : id);
 }
 
 std::string_view viewOf(const char* data, int length) {

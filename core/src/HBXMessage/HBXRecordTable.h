@@ -87,6 +87,26 @@ struct HBXListType {
     std::size_t stride;
 };
 
+/// The first bytes of an element with a text value, as the binary form has them; size 0 for ids that need
+/// more.
+struct HBXElementHead {
+    std::uint32_t bytes; ///< little-endian
+    std::uint32_t mask;  ///< which of them count
+    std::uint32_t size;
+};
+
+constexpr HBXElementHead textElementHead(int id) {
+    HBXElementHead head{};
+    auto rest = static_cast<std::uint64_t>(id) << 3;
+    do {
+        const auto byte = static_cast<std::uint32_t>((rest & 0x7F) | (rest > 0x7F ? 0x80 : 0));
+        head.bytes |= byte << (8 * head.size);
+        head.mask |= 0xFFU << (8 * head.size++);
+        rest >>= 7;
+    } while (rest != 0 && head.size < 3);
+    return rest == 0 && id > 0 ? head : HBXElementHead{};
+}
+
 struct HBXRow {
     const void* where;        ///< the value inside the record that `HBXRecordTable::origin` stands for
     const bool* flag;         ///< set flag of an optional property there, null for plain members
@@ -97,6 +117,8 @@ struct HBXRow {
     HBXPresence presence;
     HBXKind kind;
     int key;               ///< element by which reading finds the row, -1 = never
+    bool plain;            ///< one element with a text value, whose head is known
+    HBXElementHead head;   ///< of the element, or of each item of a list of plain values
     std::string_view name; ///< of the C++ member
 };
 
@@ -107,7 +129,10 @@ struct HBXRecordTable {
     int typeId;
     const HBXRow* rows;
     std::uint32_t rowCount;
-    std::uint64_t mandatory; ///< bit per mandatory row
+    std::uint64_t mandatory;  ///< bit per mandatory row
+    std::uint64_t writtenIds; ///< bit (id mod 64) per element that the rows write
+    bool fills;               ///< whatever the values are, some child is written
+    bool simple;              ///< nothing but rows: no base, no hand-written reader or writer
     const void* origin;
     const HBXRecordTable* base; ///< the record it derives from, whose members come first
     const void* (*toBase)(const void* record);
@@ -302,6 +327,8 @@ constexpr HBXRow member(int id, HBXPresence presence = HBXPresence::Mandatory) {
                .presence = presence,
                .kind = {},
                .key = id,
+               .plain = false,
+               .head = textElementHead(id),
                .name = internal::kMemberName<Member>};
     if constexpr (internal::isOptional<Type>) {
         row.where = place->valueAddress();
@@ -312,6 +339,7 @@ constexpr HBXRow member(int id, HBXPresence presence = HBXPresence::Mandatory) {
         row.type = &internal::valueType<Type>;
     }
     row.kind = row.type->kind;
+    row.plain = row.kind < HBXKind::Record && row.head.size != 0;
     return row;
 }
 
@@ -341,6 +369,7 @@ constexpr HBXRow valueOnly(int id = 0) {
     HBXRow row = member<Member>(id);
     row.presence = HBXPresence::ValueOnly;
     row.key = -1;
+    row.plain = false;
     return row;
 }
 
@@ -359,6 +388,8 @@ constexpr HBXRow list(int id, int itemId) {
             .presence = internal::isSequence<Type> ? HBXPresence::List : HBXPresence::Set,
             .kind = type.kind,
             .key = id != 0 ? id : itemId,
+            .plain = false,
+            .head = textElementHead(itemId),
             .name = internal::kMemberName<Member>};
 }
 
@@ -376,7 +407,11 @@ constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId
     table.origin = &internal::probe<T>.object;
     for (std::size_t i = 0; i < count; ++i) {
         table.mandatory |= static_cast<std::uint64_t>(rows[i].presence == HBXPresence::Mandatory) << i;
+        table.writtenIds |= std::uint64_t{1} << (static_cast<unsigned>(rows[i].key) & 63U);
+        table.fills |= rows[i].id > 0 && rows[i].flag == nullptr && rows[i].kind != HBXKind::Pointer &&
+                       rows[i].presence != HBXPresence::ValueOnly;
     }
+    table.simple = std::is_void_v<Base>;
     if constexpr (!std::is_void_v<Base>) {
         table.base = &Base::table;
         table.toBase = [](const void* record) -> const void* {
@@ -387,8 +422,10 @@ constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId
         if (nsid != 0 || typeId != 0) {
             throw "a record that is one text carries no marks"; // fails the compilation
         }
+        table.simple = false;
         table.text = &internal::valueType<T>;
     } else if constexpr (!internal::isTableDriven<T>) {
+        table.fills = table.simple = false;
         table.read = [](const HBXMessageIterator& it, void* record) {
             return typename T::Reader()(it, *static_cast<T*>(record));
         };

@@ -73,9 +73,8 @@ private:
     }
 
     void scalar(const HBXRow* row, HBXKind kind, const HBXValueType& type, const void* value) {
-        char number[internal::kNumberRoom];
         std::string scratch;
-        visitor_.value(row, kind, internal::printMember(kind, type, value, number, scratch));
+        visitor_.value(row, kind, internal::printMember(kind, type, value, scratch));
     }
 
     HBXRecordVisitor& visitor_;

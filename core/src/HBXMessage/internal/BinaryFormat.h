@@ -94,9 +94,10 @@ inline std::uint32_t loadU32(const char* from) {
 }
 
 inline void storeU32(char* to, std::uint32_t value) {
-    for (int i = 0; i < 4; ++i) {
-        to[i] = static_cast<char>(value >> (8 * i));
-    }
+    to[0] = static_cast<char>(value);
+    to[1] = static_cast<char>(value >> 8);
+    to[2] = static_cast<char>(value >> 16);
+    to[3] = static_cast<char>(value >> 24);
 }
 
 /// The header with the body length left open; `finishHeader` fills it in.
@@ -135,6 +136,10 @@ public:
     void close(ByteBuffer& out, const OpenBlock& block) {
         const std::size_t content = block.at + block.width;
         const std::size_t length = out.size() - content;
+        if (length < 0x80 && block.width == 1) [[likely]] {
+            out.data()[block.at] = static_cast<char>(length);
+            return;
+        }
         const unsigned width = varintSize(length);
         if (width != block.width) [[unlikely]] {
             out.ensure(kMaxVarint);

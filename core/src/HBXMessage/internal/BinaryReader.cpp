@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <string>
-#include <unordered_set>
 
 #include <HBXCommon/HBXErrorMessage.h>
 #include <HBXMessage/internal/ElementPath.h>
@@ -11,6 +11,8 @@
 
 namespace HBX::internal {
 namespace {
+
+constexpr std::size_t kBytesPerElement = 12; // a guess that spares most messages most growing
 
 /// The names of the input, mapped to references when they are first used as element, namespace or type. They
 /// must be used in the order in which they are listed, all of them: equal trees then have equal bytes.
@@ -76,6 +78,9 @@ public:
     void value(const char* data, std::uint32_t length, ValueKind kind) {
         tree_.setParsedValue(made_, span(data, length), kind);
     }
+    void text(Ref id, const char* data, std::uint32_t length) {
+        tree_.setParsedValue(tree_.append(parent_, id, 0), span(data, length), ValueKind::Text);
+    }
     void nameSpace(Ref ns) { tree_.setNamespace(made_, ns); }
     void type(Ref ns, Ref type) { tree_.setType(made_, ns, type); }
     void attribute(Ref id, const char* data, std::uint32_t length) {
@@ -103,6 +108,7 @@ public:
     void top(Ref) {}
     void element(Ref) {}
     void value(const char*, std::uint32_t, ValueKind) {}
+    void text(Ref, const char*, std::uint32_t) {}
     void nameSpace(Ref) {}
     void type(Ref, Ref) {}
     void attribute(Ref, const char*, std::uint32_t) {}
@@ -202,7 +208,7 @@ private:
         if (count > kMaxNames) {
             return fail("more names than a message may have");
         }
-        std::unordered_set<std::string_view> seen;
+        std::set<std::string_view> seen; // ordered: names can be chosen to have one hash
         for (std::uint64_t i = 0; i < count; ++i) {
             const char* data = nullptr;
             std::uint32_t length = 0;
@@ -237,7 +243,7 @@ private:
             if (field == 0 || field > std::size(kEnvelopeRows)) {
                 return fail("an unknown envelope field");
             }
-            const EnvelopeRow& row = kEnvelopeRows[field - 1];
+            const EnvelopeRow& row = envelopeRow(static_cast<EnvelopeField>(field));
             if (field < last || (field == last && row.kind != EnvelopeKind::Texts)) {
                 return fail("envelope fields out of order");
             }
@@ -261,6 +267,7 @@ private:
             return false;
         }
         while (depth_ > 0) {
+            takePlainElements();
             if (at_ == open_[depth_].end) {
                 --depth_;
                 builder_.close();
@@ -275,6 +282,30 @@ private:
     }
 
     enum class Place { Root, Top, Inner };
+
+    /// The short way over elements that are a number and a short text, as most are; stops at any other.
+    void takePlainElements() {
+        const std::uint8_t* at = at_;
+        const std::uint8_t* const limit = open_[depth_].end;
+        while (limit - at >= 3 && elements_ < mostElements_) {
+            std::uint32_t head = *at;
+            std::uint32_t size = 1;
+            if (head >= 0x80) {
+                head = (head & 0x7F) | std::uint32_t{at[1]} << 7;
+                size = 2;
+            }
+            const std::uint32_t length = at[size];
+            // A number that is not 0, form 0, no name; a second byte that ends the number and is not 0.
+            if ((head & 7) != 0 || head == 0 || (size == 2 && static_cast<std::uint8_t>(at[1] - 1) > 0x7E) ||
+                length > 0x7F || static_cast<std::uint32_t>(limit - at) < size + 1 + length) {
+                break;
+            }
+            ++elements_;
+            builder_.text(head >> 3, reinterpret_cast<const char*>(at) + size + 1, length);
+            at += size + 1 + length;
+        }
+        at_ = at;
+    }
 
     bool element(Place place) {
         std::uint64_t head = 0;
@@ -459,7 +490,7 @@ private:
     Builder& builder_;
     Envelope& envelope_;
     InputNames names_;
-    std::vector<Ref> attributeIds_;  // of the element being read
+    std::vector<Ref> attributeIds_; // of the element being read
     std::array<Open, kMaxDepth + 1> open_;
     std::uint32_t depth_ = 0;
     std::uint32_t mostOpen_ = 0;

@@ -10,6 +10,8 @@
 namespace HBX::internal {
 namespace {
 
+const Envelope kNoEnvelope;
+
 class Encoder {
 public:
     Encoder(const Tree& tree, ByteBuffer& out) : tree_(tree), out_(out), lengths_(BlockLengths::ofThread()) {}
@@ -26,7 +28,7 @@ public:
             return false;
         }
         if (top != Top::Element) {
-            putEnvelope(top == Top::Message ? envelope : Envelope());
+            putEnvelope(top == Top::Message ? envelope : kNoEnvelope);
         }
         if (!nodes()) {
             return false;
@@ -106,29 +108,15 @@ private:
 
     void bytes(std::string_view text) {
         char* start = out_.ensure(kMaxVarint + text.size());
-        char* to = putVarint(start, text.size());
-        if (!text.empty()) {
-            std::memcpy(to, text.data(), text.size());
-        }
-        out_.advance(static_cast<std::size_t>(to - start) + text.size());
+        char* to = copyBytes(putVarint(start, text.size()), text);
+        out_.advance(static_cast<std::size_t>(to - start));
     }
 
     void putEnvelope(const Envelope& envelope) {
-        std::size_t count = envelope.targets.size();
-        for (const auto& field : envelope.fields) {
-            count += field ? 1 : 0;
-        }
-        number(count);
-        for (const EnvelopeRow& row : kEnvelopeRows) {
-            if (row.kind == EnvelopeKind::Texts) {
-                for (const std::string& target : envelope.targets) {
-                    out_.append(static_cast<char>(row.field));
-                    bytes(target);
-                }
-            } else if (envelope[row.field]) {
-                out_.append(static_cast<char>(row.field));
-                bytes(*envelope[row.field]);
-            }
+        number(envelope.fields.size());
+        for (const Envelope::Field& field : envelope.fields) {
+            out_.append(static_cast<char>(field.field));
+            bytes(field.text);
         }
     }
 
@@ -177,14 +165,25 @@ private:
         if (node.ns == 0 && node.extra == 0 && (node.kind == ValueKind::None || node.first == kNoNode) &&
             node.kind != ValueKind::Xml) [[likely]] {
             if (node.kind == ValueKind::Text) {
-                head(id, kFormText);
-                bytes(tree_.bytes(node.text));
+                plainText(id, tree_.bytes(node.text));
             } else {
                 head(id, node.first != kNoNode ? kFormChildren : kFormEmpty);
             }
             return true;
         }
         return flagged(index, node, id);
+    }
+
+    void plainText(Ref id, std::string_view text) {
+        if (id >= kDynamicRef) [[unlikely]] {
+            head(id, kFormText);
+            bytes(text);
+            return;
+        }
+        char* start = out_.ensure(2 * kMaxVarint + text.size());
+        char* to = putVarint(start, std::uint64_t{id} << 3 | std::uint64_t{kFormText} << 1);
+        to = copyBytes(putVarint(to, text.size()), text);
+        out_.advance(static_cast<std::size_t>(to - start));
     }
 
     void head(Ref id, Form form) {

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include <HBXMessage/internal/CopyBytes.h>
+
 namespace HBX::internal {
 
 /// A growing array of bytes whose content is never initialised before it is written. Writers ensure room once
@@ -17,6 +19,16 @@ public:
     ByteBuffer() = default;
     ByteBuffer(const ByteBuffer&) = delete;
     ByteBuffer& operator=(const ByteBuffer&) = delete;
+    ByteBuffer(ByteBuffer&& other) noexcept { swap(other); }
+    ByteBuffer& operator=(ByteBuffer&& other) noexcept {
+        swap(other);
+        return *this;
+    }
+    void swap(ByteBuffer& other) noexcept {
+        std::swap(data_, other.data_);
+        std::swap(size_, other.size_);
+        std::swap(capacity_, other.capacity_);
+    }
     ~ByteBuffer() { std::free(data_); }
 
     [[nodiscard]] std::size_t size() const { return size_; }
@@ -32,14 +44,12 @@ public:
         }
         return data_ + size_;
     }
+    [[nodiscard]] bool hasRoom(std::size_t count) const { return capacity_ - size_ >= count; }
     void advance(std::size_t count) { size_ += count; }
     void truncate(std::size_t size) { size_ = size; }
 
     void append(std::string_view bytes) {
-        char* to = ensure(bytes.size());
-        if (!bytes.empty()) {
-            std::memcpy(to, bytes.data(), bytes.size());
-        }
+        copyBytes(ensure(bytes.size()), bytes);
         size_ += bytes.size();
     }
     void append(char byte) {

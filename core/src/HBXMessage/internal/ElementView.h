@@ -7,16 +7,16 @@
 
 namespace HBX::internal {
 
-/// One encoded element, taken apart where it lies. References are as written for namespaces, types and
-/// attributes (number * 2, or index into the name list * 2 + 1); the id is a number, or kDynamicRef + index.
+/// One encoded element, taken apart where it lies; small, because many are. References are as written for
+/// namespaces, types and attributes (number * 2, or index into the name list * 2 + 1); the id is a number, or
+/// kDynamicRef + index.
 struct ElementView {
     Ref id;
-    std::uint8_t flags; ///< as in kFormFlags, whatever the form
+    std::uint16_t flags; ///< as in kFormFlags, whatever the form
+    std::uint16_t attributeCount;
+    std::uint32_t ns, typeNs, type;
     std::uint32_t valueLength;
-    std::uint32_t attributeCount;
-    std::uint64_t ns, typeNs, type;
-    const std::uint8_t* value;
-    const std::uint8_t* attributes;
+    const std::uint8_t* value; ///< the attributes begin behind it
     const std::uint8_t* children;
     const std::uint8_t* end;
 
@@ -50,6 +50,7 @@ struct ElementView {
     [[nodiscard]] std::string_view text() const {
         return {reinterpret_cast<const char*>(value), valueLength};
     }
+    [[nodiscard]] const std::uint8_t* attributes() const { return value + valueLength; }
 
 private:
     bool finish(const std::uint8_t* behind) {
@@ -57,9 +58,11 @@ private:
         return true;
     }
 
-    static bool takeNumber(const std::uint8_t*& at, const std::uint8_t* limit, std::uint64_t& number) {
+    static bool takeReference(const std::uint8_t*& at, const std::uint8_t* limit, std::uint32_t& reference) {
+        std::uint64_t number = 0;
         at = readVarint(at, limit, number);
-        return at != nullptr;
+        reference = static_cast<std::uint32_t>(number);
+        return at != nullptr && number == reference;
     }
 
     bool takeValue(const std::uint8_t* at, const std::uint8_t* limit) {
@@ -78,12 +81,15 @@ private:
             return false;
         }
         flags = *at++;
-        if ((flags & kHasNamespace) != 0 && !takeNumber(at, limit, ns)) {
+        if ((flags & kHasNamespace) != 0 && !takeReference(at, limit, ns)) {
             return false;
         }
-        if ((flags & kHasType) != 0 && (!takeNumber(at, limit, typeNs) || !takeNumber(at, limit, type))) {
+        if ((flags & kHasType) != 0 &&
+            (!takeReference(at, limit, typeNs) || !takeReference(at, limit, type))) {
             return false;
         }
+        value = at;
+        valueLength = 0;
         if ((flags & kHasValue) != 0) {
             if (!takeValue(at, limit)) {
                 return false;
@@ -102,15 +108,19 @@ private:
     const std::uint8_t* skipAttributes(const std::uint8_t* at, const std::uint8_t* limit) {
         std::uint64_t count = 0;
         at = readVarint(at, limit, count);
-        attributes = at;
-        for (std::uint64_t i = 0; i < count && at != nullptr; ++i) {
-            std::uint64_t ref = 0;
+        if (count > UINT16_MAX) {
+            return nullptr;
+        }
+        attributeCount = static_cast<std::uint16_t>(count);
+        for (; count != 0 && at != nullptr; --count) {
+            std::uint32_t reference = 0;
             std::uint32_t length = 0;
-            at = readVarint(at, limit, ref);
-            at = at == nullptr ? nullptr : readLength(at, limit, length);
+            if (!takeReference(at, limit, reference)) {
+                return nullptr;
+            }
+            at = readLength(at, limit, length);
             at = at == nullptr ? nullptr : at + length;
         }
-        attributeCount = static_cast<std::uint32_t>(count);
         return at;
     }
 };

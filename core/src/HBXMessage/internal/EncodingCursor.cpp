@@ -37,15 +37,6 @@ bool EncodingCursor::finish() {
     return !gaveUp_ && elements_ <= kMaxElements && out_.size() <= kMaxInput;
 }
 
-void EncodingCursor::begin(Ref id, Ref ns) {
-    Open& element = open_[depth_];
-    element.id = id;
-    element.ns = ns;
-    element.typeNs = element.type = 0;
-    element.state = State::Fresh;
-    element.written = 0;
-}
-
 /// Writes head and marks; `content` is 0, kHasChildren, or kHasValue with or without kIsXml.
 char* EncodingCursor::putHead(char* to, const Open& element, unsigned content) {
     const bool typed = element.typeNs != 0 || element.type != 0;
@@ -117,7 +108,7 @@ int EncodingCursor::putRawValue(int id, std::string_view text, bool xml) {
         return giveUp();
     }
     if (id != 0 && current.state != State::Block) {
-        if (current.state == State::Leaf) {
+        if (current.state == State::Leaf || depth_ == kMaxDepth) {
             return giveUp();
         }
         openBlock(current);

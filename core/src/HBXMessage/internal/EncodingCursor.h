@@ -5,6 +5,7 @@
 #include <HBXMessage/HBXBinary.h>
 #include <HBXMessage/internal/BinaryFormat.h>
 #include <HBXMessage/internal/Limits.h>
+#include <HBXMessage/internal/ValueText.h>
 
 namespace HBX::internal {
 
@@ -71,13 +72,48 @@ public:
     int putRawAttr(int, std::string_view) override { return giveUp(); }
     int idOfName(std::string_view name) const override;
 
-    // What writing a record by its table needs besides.
+    // What writing a record by its table needs besides. The table says beforehand which ids it writes.
     HBXMessageIterator& cursor() { return *this; }
     [[nodiscard]] bool hasChildren() const { return top().state == State::Block; }
     void removeFirst(int id) { seek(id); } // gives up if there is one
-    int open(int id) { return EncodingCursor::newChild(id); }
+    void expect(const HBXRecordTable& table) { top().written |= table.writtenIds; }
+    int open(int id, std::uint64_t ids) {
+        if (ids == 0 || savedNamespace_ != 0 || top().state != State::Block || depth_ == kMaxDepth) {
+            return EncodingCursor::newChild(id);
+        }
+        const auto ref = static_cast<Ref>(id);
+        char* to = out_.ensure(2 * kMaxVarint);
+        put(putVarint(to, std::uint64_t{ref} << 3 | std::uint64_t{kFormChildren} << 1));
+        ++depth_;
+        ++elements_;
+        begin(ref, 0);
+        top().block = lengths_.open(out_, ref);
+        top().state = State::Block;
+        top().written = ids;
+        return 0;
+    }
     void close() { leave(); }
-    int value(int id, std::string_view text, bool xml) { return EncodingCursor::putRawValue(id, text, xml); }
+    int value(int id, const HBXElementHead& head, std::string_view text) {
+        if (!isPlain(head) || text.size() > kShortText) [[unlikely]] {
+            return EncodingCursor::putRawValue(id, text, false);
+        }
+        char* to = putPlainHead(head, text.size());
+        *to = static_cast<char>(text.size());
+        put(copyBytes(to + 1, text));
+        return 0;
+    }
+    template <class Number>
+    int number(int id, const HBXElementHead& head, Number number) {
+        if (!isPlain(head)) [[unlikely]] {
+            return EncodingCursor::putRawValue(id, NumberText(number).view(), false);
+        }
+        char* to = putPlainHead(head, kNumberRoom);
+        char* end = printNumber(to + 1, number);
+        *to = static_cast<char>(end - to - 1);
+        put(end);
+        return 0;
+    }
+    int xml(int id, std::string_view text) { return EncodingCursor::putRawValue(id, text, true); }
     void mark(int nsid, int typeId);
     void unmark() { savedNamespace_ = 0; }
 
@@ -110,9 +146,28 @@ private:
         giveUp();
         return nullptr;
     }
+    /// The longest text whose length is one byte.
+    static constexpr std::size_t kShortText = 127;
+    /// Whether an element with this head is just appended: among children, without a namespace.
+    [[nodiscard]] bool isPlain(const HBXElementHead& head) const {
+        return savedNamespace_ == 0 && head.size != 0 && top().state == State::Block;
+    }
+    char* putPlainHead(const HBXElementHead& head, std::size_t length) {
+        char* to = out_.ensure(sizeof head.bytes + 1 + length);
+        storeU32(to, head.bytes);
+        ++elements_;
+        return to + head.size;
+    }
     static bool isNumber(int ref) { return ref >= 0 && static_cast<Ref>(ref) < kDynamicRef; }
     int leave();
-    void begin(Ref id, Ref ns);
+    void begin(Ref id, Ref ns) {
+        Open& element = top();
+        element.id = id;
+        element.ns = ns;
+        element.typeNs = element.type = 0;
+        element.state = State::Fresh;
+        element.written = 0;
+    }
     void openBlock(Open& element);
     char* putHead(char* to, const Open& element, unsigned content);
     void put(char* end) { out_.advance(static_cast<std::size_t>(end - out_.data()) - out_.size()); }

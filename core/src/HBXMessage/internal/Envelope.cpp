@@ -1,6 +1,9 @@
 #include <HBXMessage/internal/Envelope.h>
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
+#include <utility>
 
 namespace HBX::internal {
 namespace {
@@ -17,10 +20,41 @@ bool isCanonical(std::string_view text) {
 
 } // namespace
 
+const std::string* Envelope::find(EnvelopeField field) const {
+    for (const Field& set : fields) {
+        if (set.field == field) {
+            return &set.text;
+        }
+    }
+    return nullptr;
+}
+
+void Envelope::add(EnvelopeField field, std::string text) {
+    auto behind = fields.end(); // from there it is near, however many targets there are
+    while (behind != fields.begin() && std::prev(behind)->field > field) {
+        --behind;
+    }
+    fields.insert(behind, Field{field, std::move(text)});
+}
+
+void Envelope::remove(EnvelopeField field) {
+    std::erase_if(fields, [&](const Field& set) { return set.field == field; });
+}
+
+void Envelope::set(EnvelopeField field, std::string text) {
+    remove(field);
+    add(field, std::move(text));
+}
+
+std::size_t Envelope::count(EnvelopeField field) const {
+    return static_cast<std::size_t>(
+        std::count_if(fields.begin(), fields.end(), [&](const Field& set) { return set.field == field; }));
+}
+
 bool acceptField(Envelope& envelope, const EnvelopeRow& row, std::string_view text) {
     switch (row.kind) {
     case EnvelopeKind::Texts:
-        envelope.targets.emplace_back(text);
+        envelope.add(row.field, std::string(text));
         return true;
     case EnvelopeKind::Int:
         if (!isCanonical<std::int32_t>(text)) {
@@ -35,7 +69,7 @@ bool acceptField(Envelope& envelope, const EnvelopeRow& row, std::string_view te
     case EnvelopeKind::Text:
         break;
     }
-    envelope[row.field] = std::string(text);
+    envelope.set(row.field, std::string(text));
     return true;
 }
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,26 +51,28 @@ inline constexpr EnvelopeRow kEnvelopeRows[] = {
     {EnvelopeField::Version, "version", EnvelopeKind::Int},
 };
 
-/// What is set of the fields; numbers as their canonical decimal text.
-struct Envelope {
-    std::array<std::optional<std::string>, std::size(kEnvelopeRows) + 1> fields;
-    std::vector<std::string> targets;
+inline const EnvelopeRow& envelopeRow(EnvelopeField field) {
+    return kEnvelopeRows[static_cast<std::size_t>(field) - 1];
+}
 
-    std::optional<std::string>& operator[](EnvelopeField field) {
-        return fields[static_cast<std::size_t>(field)];
-    }
-    const std::optional<std::string>& operator[](EnvelopeField field) const {
-        return fields[static_cast<std::size_t>(field)];
-    }
-    [[nodiscard]] bool empty() const {
-        for (const auto& field : fields) {
-            if (field) {
-                return false;
-            }
-        }
-        return targets.empty();
-    }
-    friend bool operator==(const Envelope&, const Envelope&) = default;
+/// What is set of the fields, ascending; only targets repeat. Numbers are kept as their canonical decimal
+/// text.
+struct Envelope {
+    struct Field {
+        EnvelopeField field;
+        std::string text;
+    };
+
+    /// The text of a field, null when it is not set.
+    [[nodiscard]] const std::string* find(EnvelopeField field) const;
+    /// Replaces.
+    void set(EnvelopeField field, std::string text);
+    /// Adds behind those of the same field.
+    void add(EnvelopeField field, std::string text);
+    void remove(EnvelopeField field);
+    [[nodiscard]] std::size_t count(EnvelopeField field) const;
+
+    std::vector<Field> fields;
 };
 
 /// Stores a field as it came in; false when a number is not in canonical decimal form or out of range.

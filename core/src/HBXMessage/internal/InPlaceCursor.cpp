@@ -126,7 +126,8 @@ int InPlaceCursor::seek(int id) const {
 int InPlaceCursor::seekPresence(int id) const { return find(id) != 0 ? 0 : -1; }
 
 int InPlaceCursor::firstChild() const {
-    const Place child = firstChild(depth_);
+    Walk children = walk(depth_);
+    const Place child = next(children);
     if (child == 0) {
         return -1;
     }
@@ -172,7 +173,7 @@ int InPlaceCursor::seekPath(std::string_view path) const {
 
 // --- the current element ---
 
-std::string_view InPlaceCursor::refName(std::uint64_t written, const char* (*lookUp)(int)) const {
+std::string_view InPlaceCursor::refName(std::uint64_t written, std::string_view (*lookUp)(int)) const {
     const std::uint64_t index = written >> 1;
     if ((written & 1) != 0) {
         return index < names_.size() ? names_[index].text : std::string_view();
@@ -188,7 +189,7 @@ int InPlaceCursor::curNamespaceID() const {
     if ((view.ns & 1) == 0) {
         return static_cast<int>(view.ns >> 1);
     }
-    const int known = HBXDefaultMap::findNSName(refName(view.ns, &HBXDefaultMap::findNSID));
+    const int known = HBXDefaultMap::findNSName(refName(view.ns, &HBXDefaultMap::namespaceName));
     return known != 0 ? known : static_cast<int>(kDynamicRef + (view.ns >> 1));
 }
 
@@ -203,8 +204,8 @@ std::string InPlaceCursor::curType() const {
     if ((view.flags & kHasType) == 0) {
         return {};
     }
-    return qualifiedName(refName(view.typeNs, &HBXDefaultMap::findNSID),
-                         refName(view.type, &HBXDefaultMap::findTypeID));
+    return qualifiedName(refName(view.typeNs, &HBXDefaultMap::namespaceName),
+                         refName(view.type, &HBXDefaultMap::typeName));
 }
 
 int InPlaceCursor::idOfName(std::string_view name) const {
@@ -232,11 +233,12 @@ int InPlaceCursor::rawAttr(int id, std::string_view& value) const {
     if ((view.flags & kHasAttributes) == 0) {
         return 1;
     }
-    const std::uint8_t* at = view.attributes;
+    // Nothing can fail here: the attributes were walked when the element was opened.
+    std::uint64_t written = 0;
+    const std::uint8_t* at = readVarint(view.attributes(), view.end, written);
     for (std::uint32_t i = 0; i < view.attributeCount; ++i) {
-        std::uint64_t written = 0;
         std::uint32_t length = 0;
-        at = readVarint(at, view.end, written); // cannot fail: it was walked when the element was opened
+        at = readVarint(at, view.end, written);
         at = readLength(at, view.end, length);
         const std::uint64_t index = written >> 1;
         const Ref ref = (written & 1) == 0      ? static_cast<Ref>(index)
@@ -249,6 +251,17 @@ int InPlaceCursor::rawAttr(int id, std::string_view& value) const {
         at += length;
     }
     return 1;
+}
+
+std::size_t InPlaceCursor::count(Place at, Ref wanted) const {
+    std::size_t count = 0;
+    const Walk children = walk(at);
+    ElementView child;
+    for (const std::uint8_t* from = children.at; from != children.end && child.parse(from, children.end);
+         from = child.end) {
+        count += elementOf(child.id) == wanted ? 1 : 0;
+    }
+    return count;
 }
 
 int InPlaceCursor::readTable(void* record, const HBXRecordTable& table) const {

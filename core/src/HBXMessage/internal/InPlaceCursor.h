@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <HBXMessage/HBXBinary.h>
+#include <HBXMessage/HBXRecordTable.h>
 #include <HBXMessage/internal/ElementView.h>
 #include <HBXMessage/internal/Limits.h>
 
@@ -70,15 +71,45 @@ public:
 
     // What reading a record by its table needs: a place is a depth, the element open there. 0 is none.
     using Place = std::uint32_t;
-    Place firstChild(Place at) const {
-        const Slot& parent = slots_[at];
-        return parent.view.hasChildren() && at <= kMaxDepth ? load(at + 1, parent.view.children) : 0;
+    /// The children of a place that are still to come.
+    struct Walk {
+        const std::uint8_t* at;
+        const std::uint8_t* end;
+        Place below; ///< where each is opened
+    };
+    [[nodiscard]] Walk walk(Place at) const {
+        const ElementView& view = slots_[at].view;
+        return view.hasChildren() && at <= kMaxDepth ? Walk{view.children, view.end, at + 1}
+                                                     : Walk{nullptr, nullptr, 0};
     }
+    Place next(Walk& walk) const {
+        if (walk.at == walk.end) {
+            return 0;
+        }
+        const Place child = load(walk.below, walk.at);
+        walk.at = child == 0 ? walk.end : slots_[child].view.end;
+        return child;
+    }
+    bool takeText(Walk& walk, const HBXRow& row, std::string_view& text) const {
+        const std::uint8_t* at = walk.at;
+        if (walk.end - at < 8) { // so close to the end the long way will do
+            return false;
+        }
+        if ((loadU32(reinterpret_cast<const char*>(at)) & row.head.mask) != row.head.bytes) {
+            return false;
+        }
+        at += row.head.size;
+        const std::uint32_t length = *at++;
+        if (length > 0x7F || static_cast<std::size_t>(walk.end - at) < length) {
+            return false;
+        }
+        text = {reinterpret_cast<const char*>(at), length};
+        walk.at = at + length;
+        return true;
+    }
+    [[nodiscard]] std::size_t count(Place at, Ref id) const;
     Place next(Place at) const { return load(at, slots_[at].view.end); }
-    [[nodiscard]] Ref id(Place at) const {
-        const Ref raw = slots_[at].view.id;
-        return raw < kDynamicRef ? raw : names_[raw - kDynamicRef].element;
-    }
+    [[nodiscard]] Ref id(Place at) const { return elementOf(slots_[at].view.id); }
     bool text(Place at, std::string_view& text, bool& xml) const {
         const ElementView& view = slots_[at].view;
         if (!view.hasValue()) {
@@ -108,7 +139,7 @@ protected:
 private:
     /// An open element, and where looking for a child by id goes on: behind the last one found, with the ids
     /// (mod 64) of all children passed on the way there.
-    struct Slot {
+    struct alignas(64) Slot {
         ElementView view;
         const std::uint8_t* resume;
         std::uint64_t passed;
@@ -119,13 +150,20 @@ private:
         Ref element;
     };
 
+    /// The element of an id as written; 0 for an index beyond the names.
+    [[nodiscard]] Ref elementOf(Ref written) const {
+        if (written < kDynamicRef) [[likely]] {
+            return written;
+        }
+        return written - kDynamicRef < names_.size() ? names_[written - kDynamicRef].element : 0;
+    }
     bool readNames(const std::uint8_t*& at, const std::uint8_t* end);
     bool skipEnvelope(const std::uint8_t*& at, const std::uint8_t* end) const;
     Place load(Place at, const std::uint8_t* from) const {
         Slot& slot = slots_[at];
         const std::uint8_t* limit = slots_[at - 1].view.end;
         if (from >= limit || !slot.view.parse(from, limit) ||
-            (slot.view.id >= kDynamicRef && slot.view.id - kDynamicRef >= names_.size())) {
+            (slot.view.id >= kDynamicRef && elementOf(slot.view.id) == 0)) {
             return 0;
         }
         slot.resume = slot.view.children;
@@ -134,7 +172,7 @@ private:
     }
     [[nodiscard]] Place find(int id) const;
     int moveOn(int wanted) const;
-    [[nodiscard]] std::string_view refName(std::uint64_t written, const char* (*lookUp)(int)) const;
+    [[nodiscard]] std::string_view refName(std::uint64_t written, std::string_view (*lookUp)(int)) const;
     HBXMessage* message() const;
     [[nodiscard]] HBXMessageIterator* treeCursor() const;
 

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <string_view>
+
 namespace HBX::internal {
 
 /// One id with its one name. Ids are shared by every module of the agent and are sent: a number, once
 /// listed, is never used for anything else. Each table ascends by id.
 struct IdName {
     int id;
-    const char* name;
+    std::string_view name; ///< a literal, so a zero byte follows
 };
 
 /// Elements, attributes included. What modules add of their own starts at 3001, request elements at 3400.

@@ -7,6 +7,7 @@
 #include <HBXCommon/HBXLog.h>
 #include <HBXMessage/HBXRecordTable.h>
 #include <HBXMessage/internal/Limits.h>
+#include <HBXMessage/internal/Tree.h>
 #include <HBXMessage/internal/ValueText.h>
 
 namespace HBX::internal {
@@ -17,7 +18,12 @@ namespace HBX::internal {
 /// counts.
 ///
 /// `Source` is a concrete cursor:
-///   Place firstChild(Place), Place next(Place)     0 at the end; a place is good until its parent moves on
+///   Walk walk(Place)                               over the children of a place
+///   Place next(Walk&)                              the next child, 0 at the end; good until the walk moves
+///   on bool takeText(Walk&, row key, head, text)      the text of the next child, if that is a plain element
+///   with
+///                                                  this id and a text value; the walk moves on only then
+///   std::size_t count(Place, Ref id)               children of this id
 ///   Ref id(Place)
 ///   bool text(Place, std::string_view&, bool& xml) false without a value
 ///   int callAt(Place, function)                    runs the function with the cursor standing there
@@ -26,47 +32,65 @@ template <class Source>
 class TableReader {
 public:
     using Place = typename Source::Place;
+    using Walk = typename Source::Walk;
 
-    explicit TableReader(Source& source) : source_(source) {}
+    explicit TableReader(Source& source)
+        : source_(source), traces_(debug_level.load(std::memory_order_relaxed) >= 4) {}
 
     int read(Place at, void* record, const HBXRecordTable& table) {
-        if (debug_level >= 4) [[unlikely]] {
+        if (!table.simple || traces_) [[unlikely]] {
+            return readSpecial(at, record, table);
+        }
+        return readMembers(at, record, table) ? 0 : -1;
+    }
+
+private:
+    int readSpecial(Place at, void* record, const HBXRecordTable& table) {
+        if (traces_) {
             traceRecord(table, "Reader");
         }
         if (table.text != nullptr) {
-            return readScalar(at, table.text->kind, *table.text, record) ? 0 : -1;
+            return readText(at, table.text->kind, *table.text, record) ? 0 : -1;
         }
         if (table.read != nullptr) {
             return source_.callAt(at, [&](const HBXMessageIterator& it) { return table.read(it, record); });
         }
-        if (source_.recordDepth() == kMaxDepth) {
-            return -1; // a built tree may be deeper than the stack
-        }
-        ++source_.recordDepth();
-        const bool good =
-            (table.base == nullptr || readBase(at, record, table)) && readRows(at, record, table);
-        --source_.recordDepth();
-        return good ? 0 : -1;
+        return (table.base == nullptr || readBase(at, record, table)) && readMembers(at, record, table) ? 0
+                                                                                                        : -1;
     }
 
-private:
+    /// A built tree may be deeper than the stack, hence the limit.
+    bool readMembers(Place at, void* record, const HBXRecordTable& table) {
+        if (source_.recordDepth() == kMaxDepth) [[unlikely]] {
+            return false;
+        }
+        ++source_.recordDepth();
+        const bool good = readRows(at, record, table);
+        --source_.recordDepth();
+        return good;
+    }
+
     bool readBase(Place at, void* record, const HBXRecordTable& table) {
         return read(at, const_cast<void*>(table.toBase(record)), *table.base) == 0;
     }
 
     bool readRows(Place at, void* record, const HBXRecordTable& table) {
-        if (table.rowCount == 0) {
-            return true;
-        }
         std::uint64_t seen = 0;
         std::uint32_t expected = 0;
-        for (Place child = source_.firstChild(at); child != 0; child = source_.next(child)) {
+        Walk walk = source_.walk(at);
+        for (;;) {
+            while (expected < table.rowCount && takeExpected(walk, table, expected, seen, record)) {
+                ++expected;
+            }
+            const Place child = source_.next(walk);
+            if (child == 0) {
+                break;
+            }
             const std::uint32_t index = find(table, expected, static_cast<int>(source_.id(child)));
             if (index == table.rowCount) {
                 continue;
             }
             const HBXRow& row = table.rows[index];
-            const std::uint64_t bit = std::uint64_t{1} << index;
             if (row.id == 0) { // an item directly below the record's element
                 expected = index;
                 if (!addItem(child, row, table.at(row, record))) {
@@ -75,6 +99,7 @@ private:
                 continue;
             }
             expected = index + 1;
+            const std::uint64_t bit = std::uint64_t{1} << index;
             if ((seen & bit) != 0) {
                 continue;
             }
@@ -84,6 +109,25 @@ private:
             }
         }
         return (seen & table.mandatory) == table.mandatory;
+    }
+
+    /// The short way: the next child is the plain value that the next row waits for.
+    bool takeExpected(Walk& walk, const HBXRecordTable& table, std::uint32_t index, std::uint64_t& seen,
+                      void* record) {
+        const HBXRow& row = table.rows[index];
+        const std::uint64_t bit = std::uint64_t{1} << index;
+        const Walk before = walk;
+        std::string_view text;
+        if (!row.plain || (seen & bit) != 0 || !source_.takeText(walk, row, text)) {
+            return false;
+        }
+        if (!parseScalar(row.kind, *row.type, text, false, table.at(row, record))) {
+            walk = before; // the long way knows what to do with it
+            return false;
+        }
+        table.markSet(row, record);
+        seen |= bit;
+        return true;
     }
 
     static std::uint32_t find(const HBXRecordTable& table, std::uint32_t from, int id) {
@@ -103,12 +147,9 @@ private:
     bool readRow(Place child, const HBXRow& row, const HBXRecordTable& table, void* record) {
         void* value = table.at(row, record);
         if (row.list != nullptr) {
-            return readList(child, row, value);
+            return row.list->resize != nullptr ? readSequence(child, row, value) : readSet(child, row, value);
         }
-        if (row.kind == HBXKind::Pointer) {
-            return readPointer(child, row, value);
-        }
-        if (row.presence == HBXPresence::Mandatory) {
+        if (row.kind == HBXKind::Pointer || row.presence == HBXPresence::Mandatory) {
             return readValue(child, row, value);
         }
         if (row.kind == HBXKind::Record ? readFresh(child, row, value) : readValue(child, row, value)) {
@@ -118,22 +159,42 @@ private:
     }
 
     bool readValue(Place at, const HBXRow& row, void* value) {
-        if (row.kind == HBXKind::Record) {
+        switch (row.kind) {
+        case HBXKind::Record:
             return read(at, value, *row.type->record) == 0;
+        case HBXKind::Pointer:
+            return source_.callAt(at, [&](const HBXMessageIterator& it) {
+                return row.type->pointer->read(it, value);
+            }) == 0;
+        default:
+            return readText(at, row.kind, *row.type, value);
         }
-        return row.kind == HBXKind::Pointer ? readPointer(at, row, value)
-                                            : readScalar(at, row.kind, *row.type, value);
     }
 
-    bool readScalar(Place at, HBXKind kind, const HBXValueType& type, void* value) {
+    bool readText(Place at, HBXKind kind, const HBXValueType& type, void* value) {
         std::string_view text;
         bool xml = false;
-        return source_.text(at, text, xml) && parseMember(kind, type, text, xml, value);
+        return source_.text(at, text, xml) && parseScalar(kind, type, text, xml, value);
     }
 
-    bool readPointer(Place at, const HBXRow& row, void* value) {
-        return source_.callAt(
-                   at, [&](const HBXMessageIterator& it) { return row.type->pointer->read(it, value); }) == 0;
+    /// The common kinds without a call.
+    static bool parseScalar(HBXKind kind, const HBXValueType& type, std::string_view text, bool xml,
+                            void* value) {
+        std::int64_t number = 0;
+        if (kind == HBXKind::String) {
+            static_cast<std::string*>(value)->assign(text.data(), text.size());
+            return true;
+        }
+        if ((kind == HBXKind::Int64 || kind == HBXKind::Time) && parseShortNumber(text, number)) {
+            *static_cast<std::int64_t*>(value) = number;
+            return true;
+        }
+        if (kind == HBXKind::Int && parseShortNumber(text, number) &&
+            number == static_cast<std::int32_t>(number)) {
+            *static_cast<std::int32_t*>(value) = static_cast<std::int32_t>(number);
+            return true;
+        }
+        return parseMember(kind, type, text, xml, value);
     }
 
     /// What filling a new value needs to know.
@@ -158,12 +219,9 @@ private:
         return row.list->add(list, {&fillItem, &item});
     }
 
-    bool readList(Place wrapper, const HBXRow& row, void* list) {
-        return row.list->resize != nullptr ? readSequence(wrapper, row, list) : readSet(wrapper, row, list);
-    }
-
     bool readSet(Place wrapper, const HBXRow& row, void* list) {
-        for (Place item = source_.firstChild(wrapper); item != 0; item = source_.next(item)) {
+        Walk walk = source_.walk(wrapper);
+        for (Place item = source_.next(walk); item != 0; item = source_.next(walk)) {
             if (source_.id(item) == static_cast<Ref>(row.itemId) && !addItem(item, row, list)) {
                 return false;
             }
@@ -174,15 +232,12 @@ private:
     /// Counts first: one growth of the container instead of many, in steps that a hostile count cannot abuse.
     bool readSequence(Place wrapper, const HBXRow& row, void* list) {
         const auto itemId = static_cast<Ref>(row.itemId);
-        std::size_t left = 0;
-        for (Place item = source_.firstChild(wrapper); item != 0; item = source_.next(item)) {
-            left += source_.id(item) == itemId ? 1 : 0;
-        }
+        std::size_t left = source_.count(wrapper, itemId);
         std::size_t filled = row.list->size(list);
         std::size_t room = filled;
         char* items = nullptr;
-        for (Place item = left != 0 ? source_.firstChild(wrapper) : Place{}; item != 0;
-             item = source_.next(item)) {
+        Walk walk = source_.walk(wrapper);
+        for (Place item = 0; left != 0 && (item = source_.next(walk)) != 0;) {
             if (source_.id(item) != itemId) {
                 continue;
             }
@@ -203,6 +258,7 @@ private:
     static constexpr std::size_t kGrowthStep = 4096;
 
     Source& source_;
+    const bool traces_;
 };
 
 } // namespace HBX::internal

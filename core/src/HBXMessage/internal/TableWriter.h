@@ -15,21 +15,26 @@ namespace HBX::internal {
 /// `Sink` is a concrete cursor:
 ///   HBXMessageIterator& cursor()
 ///   bool hasChildren(), void removeFirst(int id)
-///   int open(int id), void close()                    a new child, and back to its parent
-///   int value(int id, std::string_view text, bool xml)  as putRawValue
-///   void mark(int nsid, int typeId)                   namespace for what comes, complex type of the current
-///   element void unmark()                                     no namespace from now on
+///   void expect(table)                             the rows of this table come next
+///   int open(int id, u64 ids), void close()        a new child, and back to its parent; `ids` not 0 when it
+///   is
+///                                                  certain to get children of these ids (bit id mod 64) at
+///                                                  least one, and nothing before them
+///   int value(int id, head, text), number(id, head, number), xml(id, text)  as putRawValue
+///   void mark(int nsid, int typeId)                namespace for what comes, complex type of the current
+///   element void unmark()                                  no namespace from now on
 template <class Sink>
 class TableWriter {
 public:
-    explicit TableWriter(Sink& sink) : sink_(sink) {}
+    explicit TableWriter(Sink& sink)
+        : sink_(sink), traces_(debug_level.load(std::memory_order_relaxed) >= 4) {}
 
     int write(const void* record, const HBXRecordTable& table) {
-        if (debug_level >= 4) [[unlikely]] {
+        if (traces_) [[unlikely]] {
             traceRecord(table, "Writer");
         }
         if (table.text != nullptr) {
-            return writeScalar(0, table.text->kind, *table.text, record);
+            return writeText(record, *table.text);
         }
         if (table.write != nullptr) {
             return table.write(sink_.cursor(), record);
@@ -40,15 +45,27 @@ public:
             }
         }
         const bool mayReplace = sink_.hasChildren();
+        sink_.expect(table);
+        return writeRows(record, table, mayReplace);
+    }
+
+private:
+    int writeText(const void* record, const HBXValueType& type) {
+        return sink_.value(0, {}, printMember(type.kind, type, record, scratch_));
+    }
+
+    int writeRows(const void* record, const HBXRecordTable& table, bool mayReplace) {
         for (const HBXRow& row : table) {
-            if (const int result = writeRow(row, table, record, mayReplace); result != 0) {
+            const int result = row.plain && row.flag == nullptr && row.kind != HBXKind::Text
+                                   ? writeScalar(row.id, row, table.at(row, record))
+                                   : writeRow(row, table, record, mayReplace);
+            if (result != 0) {
                 return result;
             }
         }
         return 0;
     }
 
-private:
     int writeRow(const HBXRow& row, const HBXRecordTable& table, const void* record, bool mayReplace) {
         if (row.presence == HBXPresence::ValueOnly || !table.isSet(row, record)) {
             return 0;
@@ -57,8 +74,8 @@ private:
         if (row.list != nullptr) {
             return writeList(row, value);
         }
-        if (row.kind == HBXKind::Pointer) {
-            return row.type->pointer->isNull(value) ? 0 : writePointer(row.id, row, value);
+        if (row.kind == HBXKind::Pointer && row.type->pointer->isNull(value)) {
+            return 0;
         }
         if (mayReplace && (row.kind == HBXKind::Record || row.kind == HBXKind::Text)) {
             sink_.removeFirst(row.id);
@@ -73,21 +90,41 @@ private:
         case HBXKind::Pointer:
             return writePointer(id, row, value);
         default:
-            return writeScalar(id, row.kind, *row.type, value);
+            return writeScalar(id, row, value);
         }
     }
 
-    int writeScalar(int id, HBXKind kind, const HBXValueType& type, const void* value) {
-        char number[kNumberRoom];
-        return sink_.value(id, printMember(kind, type, value, number, scratch_), kind == HBXKind::Xml);
+    int writeScalar(int id, const HBXRow& row, const void* value) {
+        switch (row.kind) {
+        case HBXKind::String:
+            return sink_.value(id, row.head, *static_cast<const std::string*>(value));
+        case HBXKind::Int:
+            return sink_.number(id, row.head, std::int64_t{*static_cast<const std::int32_t*>(value)});
+        case HBXKind::Int64:
+        case HBXKind::Time:
+            return sink_.number(id, row.head, *static_cast<const std::int64_t*>(value));
+        case HBXKind::Bool:
+            return sink_.value(id, row.head, *static_cast<const bool*>(value) ? "1" : "0");
+        case HBXKind::Double:
+            return sink_.number(id, row.head, *static_cast<const double*>(value));
+        case HBXKind::Xml:
+            return sink_.xml(id, *static_cast<const std::string*>(value));
+        default:
+            return sink_.value(id, row.head, printMember(row.kind, *row.type, value, scratch_));
+        }
     }
 
     int writeRecord(int id, const HBXRecordTable& table, const void* record) {
-        if (sink_.open(id) != 0) {
+        const bool marked = table.nsid != 0 || table.typeId > 100;
+        const bool filled = table.fills && !marked;
+        if (sink_.open(id, filled ? table.writtenIds : 0) != 0) {
             return -1;
         }
-        sink_.mark(table.nsid, table.typeId);
-        const int result = write(record, table);
+        if (marked) {
+            sink_.mark(table.nsid, table.typeId);
+        }
+        const int result =
+            filled && table.simple && !traces_ ? writeRows(record, table, false) : write(record, table);
         if (table.nsid != 0) {
             sink_.unmark();
         }
@@ -96,7 +133,7 @@ private:
     }
 
     int writePointer(int id, const HBXRow& row, const void* value) {
-        if (sink_.open(id) != 0) {
+        if (sink_.open(id, 0) != 0) {
             return -1;
         }
         const int result = row.type->pointer->write(sink_.cursor(), value);
@@ -105,19 +142,21 @@ private:
     }
 
     int writeList(const HBXRow& row, const void* list) {
-        if (row.id != 0 && sink_.open(row.id) != 0) {
+        const std::size_t size = row.list->size(list);
+        const bool mayFail = row.kind == HBXKind::Pointer; // a null one leaves its list empty
+        if (row.id != 0 && sink_.open(row.id, size != 0 && !mayFail ? ~std::uint64_t{} : 0) != 0) {
             return -1;
         }
-        const bool good = row.list->data != nullptr ? writeSequence(row, list) : writeSet(row, list);
+        const bool good = row.list->data != nullptr ? writeSequence(row, list, size) : writeSet(row, list);
         if (row.id != 0) {
             sink_.close();
         }
         return good ? 0 : -1;
     }
 
-    bool writeSequence(const HBXRow& row, const void* list) {
+    bool writeSequence(const HBXRow& row, const void* list, std::size_t size) {
         const char* item = row.list->data(list);
-        for (std::size_t left = row.list->size(list); left != 0; --left, item += row.list->stride) {
+        for (; size != 0; --size, item += row.list->stride) {
             if (writeValue(row.itemId, row, item) != 0) {
                 return false;
             }
@@ -140,6 +179,7 @@ private:
     }
 
     Sink& sink_;
+    const bool traces_;
     std::string scratch_;
 };
 

@@ -1,6 +1,7 @@
 #include <HBXMessage/internal/Tree.h>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 #include <HBXMessage/HBXDefaultMap.h>
@@ -8,7 +9,6 @@
 namespace HBX::internal {
 namespace {
 
-constexpr std::size_t kFirstNodes = 16;
 constexpr std::size_t kSmallBuffer = 4096; // not worth compacting below
 
 } // namespace
@@ -36,10 +36,7 @@ void NameList::clear() {
     refs_.clear();
 }
 
-Tree::Tree(std::uint32_t epoch) : epoch_(epoch) {
-    nodes_.resize(kFirstNodes);
-    clear();
-}
+Tree::Tree(std::uint32_t epoch, std::size_t room) : nodes_(room + kRoot + 1), epoch_(epoch) { clear(); }
 
 void Tree::clear() {
     ++epoch_;
@@ -62,9 +59,9 @@ void Tree::clear() {
 
 void Tree::reserve(std::size_t nodes, std::size_t bytes) {
     if (nodes + kRoot + 1 > nodes_.size()) {
-        nodes_.resize(nodes + kRoot + 1);
+        nodes_.grow(nodes + kRoot + 1);
     }
-    bytes_.reserve(bytes);
+    bytes_.ensure(bytes);
 }
 
 void Tree::unlink(NodeIndex index) {
@@ -116,19 +113,19 @@ void Tree::remove(NodeIndex index) {
     compactIfWasteful();
 }
 
-bool Tree::store(std::string_view text, Span& span) {
-    if (bytes_.size() + text.size() > std::numeric_limits<std::uint32_t>::max()) {
-        return false;
-    }
-    span = {static_cast<std::uint32_t>(bytes_.size()), static_cast<std::uint32_t>(text.size())};
-    bytes_.append(text);
-    live_ += text.size();
-    return true;
+/// The buffer moves, and the text with it when it lies there.
+void Tree::storeMoving(std::string_view text) {
+    const char* begin = bytes_.data();
+    const bool isOwn =
+        std::less_equal<>()(begin, text.data()) && std::less<>()(text.data(), begin + bytes_.size());
+    const std::size_t offset = isOwn ? static_cast<std::size_t>(text.data() - begin) : 0;
+    bytes_.ensure(text.size());
+    bytes_.append(isOwn ? std::string_view(bytes_.data() + offset, text.size()) : text);
 }
 
 bool Tree::setValue(NodeIndex index, std::string_view text, ValueKind kind) {
     Node& node = nodes_[index];
-    Span span;
+    Span span{};
     if (!store(text, span)) {
         return false;
     }
@@ -142,17 +139,22 @@ bool Tree::setValue(NodeIndex index, std::string_view text, ValueKind kind) {
     return true;
 }
 
-void Tree::adoptInput(std::string_view input) { bytes_.assign(input); }
+void Tree::adoptInput(std::string_view input) {
+    bytes_.clear();
+    bytes_.append(input);
+}
 
 void Tree::compactIfWasteful() {
-    if (bytes_.size() < kSmallBuffer || bytes_.size() / 2 < live_) {
+    // What is copied and walked here was wasted before: the cost of an edit does not depend on the tree's
+    // size.
+    if (bytes_.size() - live_ < std::max<std::size_t>({kSmallBuffer, live_, count_})) {
         return;
     }
-    std::string kept;
-    kept.reserve(live_ + kSmallBuffer / 2);
+    ByteBuffer kept;
+    kept.ensure(live_ + kSmallBuffer / 2);
     const auto move = [&](Span& span) {
         const auto offset = static_cast<std::uint32_t>(kept.size());
-        kept.append(bytes_, span.offset, span.length);
+        kept.append(bytes(span));
         span.offset = offset;
     };
     for (NodeIndex index = kRoot; index != kNoNode; index = following(index, kRoot)) {
@@ -245,7 +247,7 @@ void Tree::addParsedAttribute(NodeIndex index, Ref id, Span text) {
 }
 
 bool Tree::setAttribute(NodeIndex index, Ref id, std::string_view text) {
-    Span span;
+    Span span{};
     if (!store(text, span)) {
         return false;
     }
@@ -342,8 +344,8 @@ Ref refOf(int known, NameList& names, std::string_view name) {
     return name.empty() ? 0 : names.intern(name);
 }
 
-std::string_view nameOf(const NameList& names, Ref ref, const char* (*find)(int)) {
-    return ref >= kDynamicRef ? names.name(ref) : std::string_view(find(static_cast<int>(ref)));
+std::string_view nameOf(const NameList& names, Ref ref, std::string_view (*find)(int)) {
+    return ref >= kDynamicRef ? names.name(ref) : find(static_cast<int>(ref));
 }
 
 } // namespace
@@ -366,15 +368,15 @@ Ref findElementRef(const NameList& names, std::string_view name) {
 }
 
 std::string_view elementName(const NameList& names, Ref ref) {
-    return nameOf(names, ref, &HBXDefaultMap::findElemID);
+    return nameOf(names, ref, &HBXDefaultMap::elementName);
 }
 
 std::string_view namespaceName(const NameList& names, Ref ref) {
-    return nameOf(names, ref, &HBXDefaultMap::findNSID);
+    return nameOf(names, ref, &HBXDefaultMap::namespaceName);
 }
 
 std::string_view typeName(const NameList& names, Ref ref) {
-    return nameOf(names, ref, &HBXDefaultMap::findTypeID);
+    return nameOf(names, ref, &HBXDefaultMap::typeName);
 }
 
 std::string qualifiedName(std::string_view nsName, std::string_view typeName) {

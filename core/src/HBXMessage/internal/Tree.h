@@ -1,40 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include <HBXMessage/internal/ByteBuffer.h>
+#include <HBXMessage/internal/NodeArray.h>
+
 namespace HBX::internal {
-
-/// An element, namespace or type as a message holds it: 0 = none, below kDynamicRef the number of the fixed
-/// table, from kDynamicRef on an index into the message's own list of names.
-using Ref = std::uint32_t;
-inline constexpr Ref kDynamicRef = 0x40000000;
-
-enum class ValueKind : std::uint32_t { None, Text, Xml };
-
-using NodeIndex = std::uint32_t;
-inline constexpr NodeIndex kNoNode = 0;
-inline constexpr NodeIndex kRoot = 1;
-
-/// Bytes inside the tree's one byte buffer.
-struct Span {
-    std::uint32_t offset = 0;
-    std::uint32_t length = 0;
-};
-
-struct Node {
-    Ref id;
-    NodeIndex parent, first, last, next, prev;
-    std::uint32_t generation; ///< a cursor that remembers another generation is stale
-    ValueKind kind;
-    Ref ns;
-    std::uint32_t extra; ///< row + 1 of the side table with type mark and attributes, 0 = none
-    Span text;
-};
-static_assert(sizeof(Node) == 48);
 
 struct Attribute {
     Ref id;
@@ -62,12 +38,8 @@ public:
     void clear();
 
 private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>()(name); }
-    };
     std::vector<std::string> names_;
-    std::unordered_map<std::string, Ref, Hash, std::equal_to<>> refs_;
+    std::map<std::string, Ref, std::less<>> refs_; ///< ordered: strangers could choose names of one hash
 };
 
 /// The elements of one message: nodes in one array, values in one byte buffer, no allocation per element.
@@ -75,8 +47,9 @@ private:
 /// Neither a reference to a node nor a view of a value survives a change of the tree.
 class Tree {
 public:
-    /// @param epoch first generation of its nodes; higher than any of a tree that it is to replace.
-    explicit Tree(std::uint32_t epoch = 1);
+    /// @param epoch  first generation of its nodes; higher than any of a tree that it is to replace.
+    /// @param room   nodes that fit before the first growth.
+    explicit Tree(std::uint32_t epoch = 1, std::size_t room = 14);
 
     [[nodiscard]] const Node& operator[](NodeIndex index) const { return nodes_[index]; }
     [[nodiscard]] bool alive(NodeIndex index, std::uint32_t generation) const {
@@ -88,6 +61,17 @@ public:
     /// Back to a lone root; all cursors become stale, the memory stays for the next use.
     void clear();
     void reserve(std::size_t nodes, std::size_t bytes);
+    /// Appends a child with a text value, as `append` and `setValue` do.
+    bool appendText(NodeIndex parent, Ref id, Ref ns, std::string_view text) {
+        Span span{};
+        if (!store(text, span)) {
+            return false;
+        }
+        Node& node = nodes_[append(parent, id, ns)];
+        node.kind = ValueKind::Text;
+        node.text = span;
+        return true;
+    }
 
     NodeIndex append(NodeIndex parent, Ref id, Ref ns) {
         const NodeIndex index = allocate();
@@ -169,25 +153,41 @@ private:
             free_ = nodes_[index].next;
             return index;
         }
-        if (used_ == nodes_.size()) {
-            nodes_.resize(nodes_.size() * 2);
+        if (used_ == nodes_.size()) [[unlikely]] {
+            nodes_.grow(nodes_.size() * 2);
         }
         return used_++;
     }
     void unlink(NodeIndex index);
     void release(NodeIndex index);
     void compactIfWasteful();
-    bool store(std::string_view text, Span& span);
+    /// Adds to the buffer; `text` may lie in it. False beyond 4 GiB.
+    bool store(std::string_view text, Span& span) {
+        const std::size_t at = bytes_.size();
+        if (at + text.size() > std::numeric_limits<std::uint32_t>::max()) [[unlikely]] {
+            return false;
+        }
+        span = {static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(text.size())};
+        live_ += text.size();
+        if (!bytes_.hasRoom(text.size())) [[unlikely]] {
+            storeMoving(text);
+            return true;
+        }
+        copyBytes(bytes_.data() + at, text);
+        bytes_.advance(text.size());
+        return true;
+    }
+    void storeMoving(std::string_view text);
     Extra& needExtra(NodeIndex index);
     Ref mapName(const Tree& source, Ref ref);
     void copyValue(const Tree& source, NodeIndex from, NodeIndex to);
 
-    std::vector<Node> nodes_;
+    NodeArray nodes_;
     std::uint32_t used_ = 0; ///< slots ever used since the last clear; index 0 stands for "none"
     std::uint32_t epoch_;    ///< generation of the nodes made next; rises with every removal
     NodeIndex free_ = kNoNode;
     std::uint32_t count_ = 0;
-    std::string bytes_;
+    ByteBuffer bytes_;
     std::size_t live_ = 0; ///< bytes of the buffer that some value or attribute uses
     std::vector<Extra> extras_;
     std::uint32_t freeExtra_ = 0;

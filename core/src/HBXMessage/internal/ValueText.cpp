@@ -6,9 +6,9 @@
 namespace HBX::internal {
 namespace {
 
-/// Plain decimal text without blanks, as nearly all numbers are; the general rules otherwise.
+/// Decimal text without blanks.
 template <class Number>
-bool parseNumber(std::string_view text, Number& value, bool (*general)(std::string_view, Number&)) {
+bool parsePlain(std::string_view text, Number& value) {
     Number parsed{};
     const char* end = text.data() + text.size();
     const auto [stopped, error] = std::from_chars(text.data(), end, parsed);
@@ -16,7 +16,13 @@ bool parseNumber(std::string_view text, Number& value, bool (*general)(std::stri
         value = parsed;
         return true;
     }
-    return general(text, value);
+    return false;
+}
+
+/// Plain text, as nearly all numbers are; the general rules otherwise.
+template <class Number>
+bool parseNumber(std::string_view text, Number& value, bool (*general)(std::string_view, Number&)) {
+    return parsePlain(text, value) || general(text, value);
 }
 
 template <class T>
@@ -30,9 +36,10 @@ const T& as(const void* value) {
 }
 
 template <class Number>
-std::string_view printNumber(Number value, char (&text)[kNumberRoom]) {
-    const char* end = std::to_chars(text, text + kNumberRoom, value).ptr;
-    return {text, static_cast<std::size_t>(end - text)};
+std::string_view numberText(Number number, std::string& text) {
+    text.resize(kNumberRoom);
+    text.resize(static_cast<std::size_t>(printNumber(text.data(), number) - text.data()));
+    return text;
 }
 
 std::string_view encodeBase64(const std::string& bytes, std::string& text) {
@@ -84,10 +91,8 @@ bool toTimeZone(std::string_view text, std::int64_t& time, std::int32_t& zone) {
         }
     } else {
         const std::string_view zoneText = text.substr(sign + 1);
-        const char* end = zoneText.data() + zoneText.size();
-        const auto [stopped, error] = std::from_chars(zoneText.data(), end, digits);
-        if (zoneText.size() < 4 || zoneText.front() == '-' || error != std::errc() || stopped != end ||
-            !toInt64(text.substr(0, sign), seconds)) {
+        if (zoneText.size() < 4 || zoneText.front() == '-' || !parsePlain(zoneText, digits) ||
+            !parsePlain(text.substr(0, sign), seconds)) {
             return false;
         }
         digits = text[sign] == '-' ? -digits : digits;
@@ -137,17 +142,17 @@ bool parseMember(HBXKind kind, const HBXValueType& type, std::string_view text, 
 }
 
 std::string_view printMember(HBXKind kind, const HBXValueType& type, const void* value,
-                             char (&number)[kNumberRoom], std::string& scratch) {
+                             std::string& scratch) {
     switch (kind) {
     case HBXKind::Int:
-        return printNumber(as<std::int32_t>(value), number);
+        return numberText(as<std::int32_t>(value), scratch);
     case HBXKind::Int64:
     case HBXKind::Time:
-        return printNumber(as<std::int64_t>(value), number);
+        return numberText(as<std::int64_t>(value), scratch);
     case HBXKind::Bool:
         return as<bool>(value) ? "1" : "0";
     case HBXKind::Double:
-        return printNumber(as<double>(value), number);
+        return numberText(as<double>(value), scratch);
     case HBXKind::String:
     case HBXKind::Xml:
         return as<std::string>(value);

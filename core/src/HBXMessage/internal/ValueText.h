@@ -13,12 +13,37 @@ namespace HBX::internal {
 /// Room for the text of any number, a time with its zone included.
 inline constexpr std::size_t kNumberRoom = 40;
 
+/// Writes the text of a number, for doubles the shortest that reads back exactly; returns the place behind
+/// it.
+template <class Number>
+char* printNumber(char* to, Number number) {
+    return std::to_chars(to, to + kNumberRoom, number).ptr;
+}
+
+/// Reads plain decimal text of up to 18 digits, as nearly all numbers are; false for everything else.
+inline bool parseShortNumber(std::string_view text, std::int64_t& number) {
+    const bool negative = !text.empty() && text.front() == '-';
+    text.remove_prefix(negative ? 1 : 0);
+    if (text.empty() || text.size() > 18) {
+        return false;
+    }
+    std::int64_t sum = 0;
+    for (const char c : text) {
+        const auto digit = static_cast<unsigned>(c - '0');
+        if (digit > 9) {
+            return false;
+        }
+        sum = sum * 10 + digit;
+    }
+    number = negative ? -sum : sum;
+    return true;
+}
+
 /// The text of a number in a buffer of its own.
 class NumberText {
 public:
-    explicit NumberText(std::int64_t value) : end_(std::to_chars(text_, text_ + kNumberRoom, value).ptr) {}
-    /// The shortest text that reads back exactly.
-    explicit NumberText(double value) : end_(std::to_chars(text_, text_ + kNumberRoom, value).ptr) {}
+    explicit NumberText(std::int64_t value) : end_(printNumber(text_, value)) {}
+    explicit NumberText(double value) : end_(printNumber(text_, value)) {}
     /// Time and zone (+-HHMM) as given.
     NumberText(std::int64_t time, int zone);
 
@@ -39,9 +64,7 @@ bool toTime(std::string_view text, std::int64_t& value);
 /// Stores the text as a member of this kind (not Record or Pointer).
 bool parseMember(HBXKind kind, const HBXValueType& type, std::string_view text, bool xml, void* value);
 
-/// The text of a member of this kind (not Record or Pointer); it lies in the member, in `number` or in
-/// `scratch`.
-std::string_view printMember(HBXKind kind, const HBXValueType& type, const void* value,
-                             char (&number)[kNumberRoom], std::string& scratch);
+/// The text of a member of this kind (not Record or Pointer); it lies in the member or in `scratch`.
+std::string_view printMember(HBXKind kind, const HBXValueType& type, const void* value, std::string& scratch);
 
 } // namespace HBX::internal

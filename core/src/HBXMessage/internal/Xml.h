@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
+#include <HBXMessage/internal/ByteBuffer.h>
 #include <HBXMessage/internal/Envelope.h>
 #include <HBXMessage/internal/Tree.h>
 
@@ -14,11 +14,12 @@ namespace HBX::internal {
 ///         to be thrown away).
 int readXml(std::string_view text, Tree& tree, Envelope& envelope, bool& wholeMessage);
 
-/// Appends the text form to `out`: of the whole message when `from` is the root, else of that element.
+/// Writes the text form to `out`, which is empty: of the whole message when `from` is the root, else of that
+/// element.
 /// @param indent  unit of indentation, "" = everything on one line.
 /// @return 0; -1 with the reason in the thread's error message when the tree exceeds what could be read
 /// again.
 int writeXml(const Tree& tree, const Envelope& envelope, NodeIndex from, std::string_view indent,
-             std::string& out);
+             ByteBuffer& out);
 
 } // namespace HBX::internal

@@ -393,7 +393,7 @@ void XmlReader::readEnvelopeField(std::string_view name, std::string_view value)
     if (row == std::end(kEnvelopeRows) || row->kind == EnvelopeKind::Texts ||
         (isCoded && row->kind != EnvelopeKind::Text)) {
         fail("unknown envelope attribute " + shown(name));
-    } else if (envelope_[row->field]) {
+    } else if (envelope_.find(row->field) != nullptr) {
         fail("envelope field given twice");
     } else if (!acceptField(envelope_, *row, isCoded ? decoded(value) : value)) {
         fail("envelope field " + std::string(name) + " is no number in range");
@@ -405,7 +405,7 @@ void XmlReader::openTarget(std::string_view name, Attributes attributes) {
         fail("unknown element " + shown(name) + " in the envelope");
         return;
     }
-    if (envelope_.targets.size() == kMaxElements) {
+    if (envelope_.fields.size() == kMaxElements) {
         fail("more than " + std::to_string(kMaxElements) + " targets");
         return;
     }
@@ -421,7 +421,7 @@ void XmlReader::openTarget(std::string_view name, Attributes attributes) {
 }
 
 void XmlReader::closeTarget() {
-    envelope_.targets.emplace_back(isBase64Target_ ? decoded(value_) : value_);
+    envelope_.add(EnvelopeField::Target, std::string(isBase64Target_ ? decoded(value_) : value_));
     value_.clear();
     place_ = Place::Envelope;
     takesText_ = false;

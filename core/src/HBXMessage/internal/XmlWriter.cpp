@@ -22,27 +22,6 @@ constexpr std::string_view kMarkText = R"( hbx:kind="text")";
 constexpr std::string_view kMarkXml = R"( hbx:kind="xml")";
 constexpr std::string_view kMarkBase64 = R"( hbx:enc="base64")";
 
-/// Copies a short piece without the cost of a call.
-char* copyShort(char* to, std::string_view piece) {
-    const char* from = piece.data();
-    const std::size_t size = piece.size();
-    if (size > 16) {
-        std::memcpy(to, from, size);
-    } else if (size >= 8) {
-        std::uint64_t first;
-        std::uint64_t last;
-        std::memcpy(&first, from, 8);
-        std::memcpy(&last, from + size - 8, 8);
-        std::memcpy(to, &first, 8);
-        std::memcpy(to + size - 8, &last, 8);
-    } else {
-        for (std::size_t i = 0; i < size; ++i) {
-            to[i] = from[i];
-        }
-    }
-    return to + size;
-}
-
 /// One pass over a tree in document order. How a value is marked depends on what it turns out to hold, so it
 /// is written in the common form first and taken back where that cannot carry it.
 class XmlWriter {
@@ -83,7 +62,7 @@ private:
     void breakLine(std::uint32_t level);
 
     [[nodiscard]] bool hasInner(NodeIndex node) const {
-        return tree_[node].first != kNoNode || (node == kRoot && !envelope_.empty());
+        return tree_[node].first != kNoNode || (node == kRoot && !envelope_.fields.empty());
     }
     void checkName(Ref ref);
     bool fits(std::size_t more);
@@ -184,7 +163,7 @@ void XmlWriter::closeElement() {
     const char* from = out_.data() + tag.offset;
     *to++ = '<';
     *to++ = '/';
-    to = copyShort(to, {from, tag.length});
+    to = copyBytes(to, {from, tag.length});
     *to = '>';
     out_.advance(tag.length + 3);
 }
@@ -199,7 +178,7 @@ void XmlWriter::writeTag(NodeIndex node) {
     tags_[level_] = {static_cast<std::uint32_t>(out_.size() + 1), static_cast<std::uint32_t>(tag.size())};
     char* to = out_.ensure(tag.size() + 1);
     *to = '<';
-    copyShort(to + 1, tag);
+    copyBytes(to + 1, tag);
     out_.advance(tag.size() + 1);
     if (node == top_) {
         out_.append(node == kRoot ? R"( xmlns:hbx="urn:hbx:message" hbx:v="1")"
@@ -285,7 +264,7 @@ bool XmlWriter::tryContent(NodeIndex node) {
 
 void XmlWriter::endStartTag(NodeIndex node) {
     out_.append('>');
-    if (node == kRoot && !envelope_.empty()) {
+    if (node == kRoot && !envelope_.fields.empty()) {
         writeEnvelope();
     }
 }
@@ -299,23 +278,25 @@ void XmlWriter::writeEnvelope() {
     };
     startLine(1);
     out_.append("<hbx:envelope");
-    for (const EnvelopeRow& row : kEnvelopeRows) {
-        if (const auto& field = envelope_[row.field]; field) {
-            writeName(std::string(" ") + row.name, *field);
+    for (const Envelope::Field& field : envelope_.fields) {
+        if (field.field != EnvelopeField::Target) {
+            writeName(std::string(" ") + envelopeRow(field.field).name, field.text);
         }
     }
-    if (envelope_.targets.empty()) {
+    if (envelope_.find(EnvelopeField::Target) == nullptr) {
         out_.append("/>");
         return;
     }
-    if (envelope_.targets.size() > kMaxElements) {
+    if (envelope_.fields.size() > kMaxElements) {
         fail("more than " + std::to_string(kMaxElements) + " targets");
         return;
     }
     out_.append('>');
-    for (const std::string& target : envelope_.targets) {
-        startLine(2);
-        writeTarget(target);
+    for (const Envelope::Field& field : envelope_.fields) {
+        if (field.field == EnvelopeField::Target) {
+            startLine(2);
+            writeTarget(field.text);
+        }
     }
     startLine(1);
     out_.append("</hbx:envelope>");
@@ -428,7 +409,7 @@ void XmlWriter::breakLine(std::uint32_t level) {
         line_ += indent_;
     }
     char* to = out_.ensure(1 + size);
-    copyShort(to, {line_.data(), 1 + size});
+    copyBytes(to, {line_.data(), 1 + size});
     out_.advance(1 + size);
 }
 
@@ -470,13 +451,8 @@ void XmlWriter::fail(std::string_view reason) {
 } // namespace
 
 int writeXml(const Tree& tree, const Envelope& envelope, NodeIndex from, std::string_view indent,
-             std::string& out) {
-    ByteBuffer text;
-    if (!XmlWriter(tree, envelope, from, indent, text).write()) {
-        return -1;
-    }
-    out.append(text.view());
-    return 0;
+             ByteBuffer& out) {
+    return XmlWriter(tree, envelope, from, indent, out).write() ? 0 : -1;
 }
 
 } // namespace HBX::internal

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include <HBXCommon/HBXExport.h>
+#include <HBXMessage/HBXRecordTable.h>
+
+namespace HBX {
+
+/// Every record type that the library knows, in the order of the agent's modules. What it is made of also
+/// registers the polymorphic families.
+HBX_EXPORT std::span<const HBXRecordTable* const> recordCatalogue();
+
+/// The record type of this class name, null when there is none.
+HBX_EXPORT const HBXRecordTable* findRecord(std::string_view name);
+
+} // namespace HBX

@@ -1,0 +1,22 @@
+#pragma once
+
+/// Everything that the library offers.
+
+#include <HBXFunctionalityCore/HBXCatalogue.h>
+#include <HBXFunctionalityCore/identity/HBXEID.h>
+#include <HBXFunctionalityCore/identity/HBXEIDList.h>
+#include <HBXFunctionalityCore/identity/HBXGUID.h>
+#include <HBXFunctionalityCore/property/HBXNamedOpStrListProperty.h>
+#include <HBXFunctionalityCore/property/HBXProperty.h>
+#include <HBXFunctionalityCore/schedule/HBXScheduleText.h>
+#include <HBXFunctionalityCore/schedule/HBXSchedulerDailyTrigger.h>
+#include <HBXFunctionalityCore/schedule/HBXSchedulerMonthlyDayOfWeekTrigger.h>
+#include <HBXFunctionalityCore/schedule/HBXSchedulerMonthlyTrigger.h>
+#include <HBXFunctionalityCore/schedule/HBXSchedulerOnceTrigger.h>
+#include <HBXFunctionalityCore/schedule/HBXSchedulerTrigger.h>
+#include <HBXFunctionalityCore/schedule/HBXSchedulerWeeklyTrigger.h>
+#include <HBXFunctionalityCore/time/HBXDate.h>
+#include <HBXFunctionalityCore/time/HBXTimeInterval.h>
+#include <HBXFunctionalityCore/time/HBXTimeZone.h>
+#include <HBXMessage/HBXEncoding.h>
+#include <HBXMessage/HBXMessage.h>
