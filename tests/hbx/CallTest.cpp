@@ -1,0 +1,200 @@
+#include "ProgramTest.h"
+
+#include <memory>
+
+#include <HBXMessage/HBXMessage.h>
+
+namespace HBX {
+namespace {
+
+using Message = boost::intrusive_ptr<HBXMessage>;
+using Cursor = std::unique_ptr<HBXMessageIterator>;
+
+Message parse(const std::string& bytes) {
+    const Message message = adoptMessage(HBXMsgFactory::createNew());
+    const bool isBinary = bytes.rfind("HBXM", 0) == 0;
+    EXPECT_EQ(isBinary ? message->init(bytes.data(), static_cast<int>(bytes.size()))
+                       : message->fromText(bytes.c_str(), nullptr),
+              0)
+        << bytes;
+    return message;
+}
+
+/// "data/schedule/next": down the first children, three levels.
+std::string roadOf(const Message& message) {
+    const Cursor it(message->newIterator());
+    std::string road;
+    for (int level = 0; level < 3 && it->firstChild() == 0; ++level) {
+        road.append("/").append(it->curName());
+    }
+    return road;
+}
+
+std::string envelopeOf(const Message& message) {
+    std::string id, session, sessionId, origin;
+    message->getID(id);
+    message->getSession(session);
+    message->getSessionID(sessionId);
+    message->getOrigin(origin);
+    return id + '|' + session + '|' + sessionId + '|' + origin;
+}
+
+/// All values of a name, in document order, one a line.
+std::string valuesOf(const std::string& text, const std::string& name) {
+    std::string values;
+    const std::string open = "<" + name + ">";
+    for (std::size_t at = text.find(open); at != std::string::npos; at = text.find(open, at + 1)) {
+        const std::size_t start = at + open.size();
+        values += text.substr(start, text.find('<', start) - start) + '\n';
+    }
+    return values;
+}
+
+TEST_F(ProgramTest, EverySampleIsAnswered) {
+    const Words files = filesIn(sample("requests"));
+    ASSERT_GE(files.size(), 13U);
+    for (const char* zone : {"UTC", "America/New_York", "Australia/Lord_Howe"}) {
+        for (const std::string& file : files) {
+            const Ended ended = run({"call", file}, {.zone = zone});
+            ASSERT_EQ(ended.code, 0) << file << ": " << ended.err;
+            EXPECT_EQ(ended.err, "");
+            const Message request = parse(contentOf(file));
+            const Message reply = parse(ended.out);
+            EXPECT_EQ(roadOf(reply), roadOf(request)) << file;
+            EXPECT_EQ(envelopeOf(reply), envelopeOf(request)) << file;
+            EXPECT_EQ(parse(run({"call", "--binary", "-"}, {.in = file, .zone = zone}).out)->messageType(),
+                      0);
+        }
+    }
+}
+
+TEST_F(ProgramTest, RepliesHoldTheResults) {
+    const struct {
+        const char* file;
+        const char* element;
+        const char* values;
+    } rows[] = {
+        {"schedule-once.xml", "time_text", "Tuesday 2024-04-02 00:30 +02:00\n"},
+        {"schedule-weekly-every-2-weeks.xml", "time_text",
+         "Monday 2024-04-08 03:30 +02:00\nWednesday 2024-04-10 03:30 +02:00\n"
+         "Monday 2024-04-22 03:30 +02:00\nWednesday 2024-04-24 03:30 +02:00\n"
+         "Monday 2024-05-06 03:30 +02:00\nWednesday 2024-05-08 03:30 +02:00\n"},
+        {"schedule-daily-every-2-days.bin", "note",
+         "at 12:00, 1 hour later than 11:00 and the clock was set 1 hour forward since the run before\n"
+         "at 12:00, 1 hour later than 11:00\nat 12:00, 1 hour later than 11:00\n"
+         "at 12:00, 1 hour later than 11:00\n"},
+        {"schedule-daily-weekends-until-may.xml", "ending", "the schedule is over\n"},
+        {"schedule-monthly-second-and-fourth-tuesday.xml", "time",
+         "1712628000\n1713837600\n1715652000\n1716861600\n1718071200\n1719280800\n"},
+        {"schedule-explain-last-day.xml", "text",
+         "On day 15 and the last day of every month at 00:00, from Tuesday 2024-01-02 00:00 +01:00.\n"},
+        {"clock-universal.xml", "start_time", "1711636200\n"},
+        {"clock-universal.xml", "end_time", "1711639800\n"},
+        {"clock-universal.xml", "seconds", "3600\n"},
+    };
+    for (const auto& row : rows) {
+        const Ended ended = run({"call", sample("requests/") + row.file}, {.zone = "Europe/Berlin"});
+        EXPECT_EQ(valuesOf(ended.out, row.element), row.values) << row.file;
+    }
+    const Ended shifted = run({"call", sample("requests/clock-shift.xml")});
+    EXPECT_NE(shifted.out.find(">1711612800+0200</start_time>"), std::string::npos) << shifted.out;
+    EXPECT_NE(shifted.out.find(">1711616400+0200</end_time>"), std::string::npos) << shifted.out;
+
+    const Ended told = run({"call", sample("requests/clock-now.xml")});
+    EXPECT_NEAR(std::stod(valuesOf(told.out, "time")), static_cast<double>(time(nullptr)), 60);
+}
+
+TEST_F(ProgramTest, FailedRequestsAreAnsweredWithAnError) {
+    const struct {
+        const char* file;
+        const char* code;
+        const char* place;
+        const char* message;
+    } rows[] = {
+        {"two-operators.xml", "1\n", "/data", "one operator is expected here\n"},
+        {"unknown-operator.xml", "2\n", "/data/firewall", "there is no such operator\n"},
+        {"unknown-verb.xml", "3\n", "/data/schedule/shift", "the operator has no such verb\n"},
+        {"no-trigger.xml", "4\n", "/data/schedule/next", "trigger is missing\n"},
+        {"trigger-without-start.xml", "4\n", "/data/schedule/next",
+         "trigger (scheduler:daily_trigger) cannot be read\n"},
+        {"unknown-trigger-type.xml", "4\n", "/data/schedule/next",
+         "trigger (scheduler:hourly_trigger) cannot be read\n"},
+        {"count-too-large.xml", "4\n", "/data/schedule/next", "count is 1 to 1000\n"},
+        {"no-interval-in-weeks.xml", "5\n", "/data/schedule/next",
+         "the trigger's numbers name no run after Thursday 2024-03-28 09:00 +00:00\n"},
+        {"weekday-out-of-range.xml", "5\n", "/data/schedule/next",
+         "the calendar refuses: Weekday is out of range 0..6\n"},
+        {"shift-beyond-range.xml", "5\n", "/data/clock/shift",
+         "the interval would leave the range of 32-bit seconds\n"},
+    };
+    for (const auto& row : rows) {
+        const std::string file = sample("bad/") + row.file;
+        const Ended ended = run({"call", file});
+        EXPECT_EQ(ended.code, 3) << row.file;
+        EXPECT_EQ(valuesOf(ended.out, "code"), row.code) << row.file;
+        EXPECT_EQ(valuesOf(ended.out, "message"), row.message) << row.file;
+        EXPECT_EQ(ended.err, "hbx: " + file + ": " + row.place + ": " + row.message);
+        EXPECT_EQ(roadOf(parse(ended.out)), "/data/error/code");
+        EXPECT_EQ(envelopeOf(parse(ended.out)), envelopeOf(parse(contentOf(file))));
+    }
+}
+
+TEST_F(ProgramTest, EveryArgumentOfARequestMustBeGood) {
+    const std::string trigger =
+        "<trigger hbx:tns='scheduler' hbx:type='once_trigger'><start_time>5</start_time>"
+        "</trigger>";
+    const struct {
+        std::string arguments;
+        const char* message;
+    } rows[] = {
+        {trigger + "<count>1</count>", "time is missing\n"},
+        {trigger + "<time>1</time>", "count is missing\n"},
+        {trigger + "<time>soon</time><count>1</count>", "time cannot be read\n"},
+        {trigger + "<time>-1</time><count>1</count>", "time is negative\n"},
+        {trigger + "<time>1</time><count>0</count>", "count is 1 to 1000\n"},
+        {trigger + "<time>1</time><count>99999999999</count>", "count cannot be read\n"},
+        {trigger + "<time>9223372036854775807</time><count>1</count>", ""},
+        {trigger + "<time>1</time><count>1</count>", ""},
+    };
+    for (const auto& row : rows) {
+        const std::string text =
+            messageText("<data><schedule><next>" + row.arguments + "</next></schedule></data>");
+        const Ended ended = run({"call", write("request", text)});
+        EXPECT_EQ(valuesOf(ended.out, "message"), row.message) << row.arguments;
+    }
+    for (const char* empty :
+         {"", "<data/>", "<data><schedule/></data>", "<data><clock><now/><now/></clock></data>"}) {
+        EXPECT_EQ(valuesOf(run({"call", write("request", messageText(empty))}).out, "code"), "1\n") << empty;
+    }
+}
+
+TEST_F(ProgramTest, OneBadFileDoesNotKeepTheOthersFromBeingAnswered) {
+    const std::string good = sample("requests/schedule-once.xml");
+    const Ended ended = run({"call", good, path("missing"), sample("bad/mismatched-tags.xml"), good});
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_EQ(linesOf(valuesOf(ended.out, "time")), 2U);
+    EXPECT_EQ(linesOf(ended.err), 2U) << ended.err;
+}
+
+TEST_F(ProgramTest, CutRequestsGetNoReply) {
+    Words words = writeBeginnings(contentOf(sample("requests/schedule-daily-every-2-days.bin")));
+    const std::size_t count = words.size();
+    words.insert(words.begin(), "call");
+    const Ended ended = run(words);
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(linesOf(ended.err), count);
+}
+
+TEST_F(ProgramTest, AFullDiskIsSaid) {
+    const std::string file = sample("requests/schedule-once.xml");
+    for (const Words& words : {Words{"call", file, file}, Words{"message", "show", file}, Words{"--help"},
+                               Words{"schedule", "explain", "--json", file}}) {
+        const Ended ended = run(words, {.out = "/dev/full"});
+        EXPECT_EQ(ended.code, 7);
+        EXPECT_EQ(ended.err, "hbx: standard output: No space left on device\n");
+    }
+}
+
+} // namespace
+} // namespace HBX

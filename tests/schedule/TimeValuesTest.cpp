@@ -1,0 +1,146 @@
+#include "ScheduleTestUtil.h"
+
+#include <climits>
+
+#include <gtest/gtest.h>
+
+#include <HBXCommon/HBXLog.h>
+#include <HBXFunctionalityCore/time/HBXDate.h>
+#include <HBXFunctionalityCore/time/HBXTimeInterval.h>
+#include <HBXFunctionalityCore/time/HBXTimeZone.h>
+
+namespace HBX {
+namespace {
+
+/// The lines that are logged at a level while an action runs.
+template <class Action>
+std::string logOf(int level, Action action) {
+    std::string lines;
+    const int before = debug_level.exchange(level);
+    const HBXLogSink sink = setLogSink([&lines](const HBXLogLine& line) {
+        lines += std::to_string(line.level) + " " + std::string(line.text);
+    });
+    action();
+    setLogSink(sink);
+    debug_level = before;
+    return lines;
+}
+
+TEST(TimeInterval, ShiftsByTheZone) {
+    const struct {
+        int zone;
+        std::int64_t offset;
+    } rows[] = {{0, 0}, {-530, -19800}, {-45, -2700}, {545, 20700}, {INT_MAX, 21474836LL * 3600 + 2820}};
+    for (const auto& row : rows) {
+        HBXTimeInterval interval(1000, 2000, row.zone);
+        EXPECT_EQ(interval.getStartTime(), 1000 - row.offset) << row.zone;
+        EXPECT_EQ(interval.getEndTime(), 2000 - row.offset) << row.zone;
+        interval.setStartTime(5000);
+        interval.setEndTime(6000);
+        interval.setZone(0);
+        EXPECT_EQ(interval, HBXTimeInterval(5000 + row.offset, 6000 + row.offset, 0)) << row.zone;
+    }
+}
+
+TEST(TimeInterval, IsMadeNotEmpty) {
+    const struct {
+        HBXTimeInterval before, after;
+    } rows[] = {{{100, 100, 5}, {100, 101, 5}},
+                {{INT_MAX, INT_MAX, 5}, {INT_MAX - 1, INT_MAX, 5}},
+                {{5, 9, 5}, {5, 9, 5}},
+                {{9, 5, 5}, {9, 5, 5}}};
+    for (const auto& row : rows) {
+        HBXTimeInterval interval = row.before;
+        interval.setNotNullInterval();
+        EXPECT_EQ(interval, row.after) << row.before.startTime;
+    }
+}
+
+TEST(TimeInterval, MovesWithin32BitsAndSaysWhenNot) {
+    constexpr const char* kLow = "1 [HBX::HBXTimeInterval::increment] INT_MIN oberflow";
+    constexpr const char* kHigh = "1 [HBX::HBXTimeInterval::increment] INT_MAX oberflow";
+    const struct {
+        std::int64_t start, end;
+        int delta;
+        const char* refusal;
+    } rows[] = {
+        {-2147483640, 0, -8, ""}, {-2147483640, 0, -9, kLow}, {0, -2147483640, -10, ""},
+        {2147483640, 0, 10, ""},  {0, 2147483640, 7, ""},     {0, 2147483640, 8, kHigh},
+        {0, 2147483647, 0, ""},   {0, 2147483648, 0, kHigh},  {0, 0, INT_MIN, ""},
+        {-1, 0, INT_MIN, kLow},   {INT64_MIN, 0, -1, kLow},   {0, INT64_MAX, 1, kHigh},
+    };
+    for (const auto& row : rows) {
+        HBXTimeInterval interval(row.start, row.end, 0);
+        int result = 0;
+        EXPECT_EQ(logOf(1, [&] { result = interval.increment(row.delta); }), row.refusal);
+        const int moved = *row.refusal == '\0' ? row.delta : 0;
+        EXPECT_EQ(result, *row.refusal == '\0' ? 0 : -1) << row.start << ", " << row.end << ", " << row.delta;
+        EXPECT_EQ(interval, HBXTimeInterval(row.start + moved, row.end + moved, 0));
+    }
+}
+
+TEST(TimeInterval, TravelsByItsMask) {
+    const struct {
+        int mask;
+        HBXTimeInterval read;
+    } rows[] = {
+        {3, {100, 200, -530}}, {1, {100, 8, -530}}, {2, {7, 200, -530}}, {0, {7, 8, 9}}, {4, {7, 8, 9}}};
+    for (const auto& row : rows) {
+        const Cursor cursor = newMessage();
+        EXPECT_EQ(HBXTimeInterval::Writer(row.mask)(*cursor, HBXTimeInterval(100, 200, -530)), 0);
+        HBXTimeInterval interval(7, 8, 9);
+        EXPECT_EQ(cursor->getObject(interval, 0), 0);
+        EXPECT_EQ(interval, row.read) << row.mask;
+    }
+}
+
+TEST(TimeInterval, ReadsTheZoneOfItsEnd) {
+    const Cursor cursor = newMessage();
+    cursor->putValueTimeZone(10, 100, 1063);
+    cursor->putValueTimeZone(20, 200, 1064);
+    HBXTimeInterval interval;
+    EXPECT_EQ(
+        logOf(4, [&] { HBXTimeInterval::Reader()(*cursor, interval); }),
+        "4 [HBX::HBXTimeInterval::Reader::operator ()] data.startTime: 10, data.endTime: 20, data.zone: 200");
+    EXPECT_EQ(interval, HBXTimeInterval(10, 20, 200));
+    cursor->deleteChild(1064);
+    cursor->putValue(std::string("soon"), 1064);
+    EXPECT_EQ(cursor->getObject(interval, 0), -1);
+}
+
+TEST(TimeZone, KeepsWhatIsAbsentAndWritesWhatIsEmpty) {
+    const Cursor cursor = newMessage();
+    HBXTimeZone zone{"Europe/Berlin", "Berlin"};
+    EXPECT_EQ(cursor->getObject(zone, 0), 0);
+    EXPECT_EQ(zone, (HBXTimeZone{"Europe/Berlin", "Berlin"}));
+    EXPECT_EQ(cursor->putObject(HBXTimeZone{"UTC", ""}, 0), 0);
+    EXPECT_EQ(cursor->getObject(zone, 0), 0);
+    EXPECT_EQ(zone, (HBXTimeZone{"UTC", ""}));
+    cursor->deleteChild(1788);
+    cursor->newChild(1788); // there, but without a value
+    cursor->seekUp();
+    EXPECT_EQ(cursor->getObject(zone, 0), -1);
+}
+
+TEST(Date, CountsAsReadWhenItsMembersAreNotEmpty) {
+    const struct {
+        HBXDate date;
+        int result;
+    } rows[] = {{{0, ""}, -1}, {{5, ""}, 0}, {{-5, ""}, 0}, {{0, "noon"}, 0}, {{5, "noon"}, 0}};
+    for (const auto& row : rows) {
+        const Cursor cursor = newMessage();
+        HBXDate read;
+        EXPECT_EQ(cursor->putObject(row.date, 0), row.result) << row.date.time << row.date.text;
+        EXPECT_EQ(cursor->getObject(read, 0), row.result) << row.date.time << row.date.text;
+        EXPECT_EQ(read, row.date);
+        EXPECT_EQ(cursor->firstChild(), row.result);
+    }
+    const Cursor cursor = newMessage();
+    HBXDate stale{7, ""};
+    EXPECT_EQ(cursor->getObject(stale, 0), 0);
+    cursor->putValueLongLong(0, 1004);
+    EXPECT_EQ(cursor->getObject(stale, 0), -1);
+}
+
+} // namespace
+} // namespace HBX

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <boost/program_options/options_description.hpp>
+#include <boost/program_options/variables_map.hpp>
+
+#include "Failure.h"
+
+namespace HBX::tool {
+
+/// What a verb was called with.
+struct Arguments {
+    std::vector<std::string> files;
+    boost::program_options::variables_map options;
+
+    bool has(const char* name) const { return options.count(name) != 0; }
+    template <class T>
+    const T& get(const char* name) const {
+        return options[name].as<T>();
+    }
+};
+
+/// One verb of the program.
+struct Command {
+    const char* area;
+    const char* verb; ///< "" for an area that is itself the verb
+    const char* operands;
+    const char* summary;
+    std::size_t minFiles;
+    std::size_t maxFiles;
+    void (*declareOptions)(boost::program_options::options_description_easy_init option);
+    ExitCode (*run)(const Arguments& arguments); ///< may throw Failure
+};
+
+inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
+
+std::span<const Command> callCommands();
+std::span<const Command> messageCommands();
+std::span<const Command> scheduleCommands();
+
+/// Finds the verb that the command line names and runs it. @return the exit code, as a number.
+int runCommandLine(std::vector<std::string> words);
+
+} // namespace HBX::tool
