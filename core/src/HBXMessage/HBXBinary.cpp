@@ -25,7 +25,7 @@ namespace {
 
 /// What a parser has made, before it takes the place of something.
 struct Parsed {
-    Tree tree;
+    Tree& tree;
     Envelope envelope;
     bool wholeMessage = false;
 };
@@ -43,9 +43,33 @@ int parseText(std::string_view text, Parsed& parsed) {
 }
 
 void replace(HBXBinary& message, Parsed& parsed) {
-    message.tree() = std::move(parsed.tree);
+    std::swap(message.tree(), parsed.tree); // by content: cursors refer to the object
     message.envelope() = std::move(parsed.envelope);
 }
+
+/// Lends a blank tree to a parser. A message that is parsed into again and again needs no new memory for it;
+/// what one large message has needed is not kept.
+class SpareTree {
+public:
+    SpareTree(const Tree& current, std::unique_ptr<Tree>& spare) : spare_(spare) {
+        if (!spare_) {
+            spare_ = std::make_unique<Tree>();
+        }
+        spare_->restart(current.epoch() + 1);
+    }
+    ~SpareTree() {
+        if (spare_->footprint() > kLargestSpare) {
+            spare_.reset();
+        }
+    }
+    SpareTree(const SpareTree&) = delete;
+    SpareTree& operator=(const SpareTree&) = delete;
+
+private:
+    static constexpr std::size_t kLargestSpare = std::size_t{64} << 10;
+
+    std::unique_ptr<Tree>& spare_;
+};
 
 /// Where an operation that is told a cursor begins; null is the root of the message itself.
 struct From {
@@ -183,7 +207,8 @@ int HBXBinary::serialize(char* buffer, std::size_t* length, const HBXMessageIter
 }
 
 int HBXBinary::deserialize(const char* data, int length, HBXMessageIterator* into) {
-    Parsed parsed{.tree = Tree(tree_->epoch() + 1), .envelope = {}};
+    const SpareTree spare(*tree_, spare_);
+    Parsed parsed{.tree = *spare_, .envelope = {}};
     if (parseBinary(data, length, parsed) != 0) {
         return -1;
     }
@@ -202,7 +227,8 @@ int HBXBinary::deserialize(const HBXMessageIterator* from, HBXMessageIterator* i
     if (from == nullptr || !resolve(*this, from, place)) {
         return -1;
     }
-    Parsed parsed{.tree = Tree(tree_->epoch() + 1), .envelope = {}};
+    const SpareTree spare(*tree_, spare_);
+    Parsed parsed{.tree = *spare_, .envelope = {}};
     parsed.tree.copyContent(*place.tree, place.node, kRoot);
     replace(*this, parsed);
     return 0;
@@ -212,7 +238,8 @@ int HBXBinary::fromText(const char* text, HBXMessageIterator* into) {
     if (text == nullptr) {
         return -1;
     }
-    Parsed parsed{.tree = Tree(tree_->epoch() + 1), .envelope = {}};
+    const SpareTree spare(*tree_, spare_);
+    Parsed parsed{.tree = *spare_, .envelope = {}};
     if (parseText(text, parsed) != 0) {
         return -1;
     }
@@ -235,7 +262,8 @@ char* HBXBinary::toText(const HBXMessageIterator* from, const std::string& inden
 
 int HBXBinary::fromTextFile(const std::string& path) {
     std::string text;
-    Parsed parsed{.tree = Tree(tree_->epoch() + 1), .envelope = {}};
+    const SpareTree spare(*tree_, spare_);
+    Parsed parsed{.tree = *spare_, .envelope = {}};
     if (readFile(path, internal::kMaxInput, text) != 0) {
         return -1;
     }

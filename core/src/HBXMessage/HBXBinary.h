@@ -73,6 +73,7 @@ private:
     ~HBXBinary() override;
 
     std::unique_ptr<internal::Tree> tree_;
+    std::unique_ptr<internal::Tree> spare_;
     std::unique_ptr<internal::Envelope> envelope_;
 };
 

@@ -84,51 +84,59 @@ private:
 /// What writing a record by its table needs of a tree.
 class TreeSink {
 public:
-    explicit TreeSink(HBXBinaryIterator& cursor) : cursor_(cursor), tree_(*cursor.tree_) {}
+    explicit TreeSink(HBXBinaryIterator& cursor)
+        : cursor_(cursor), tree_(*cursor.tree_), at_(cursor.node_), top_(cursor.node_) {}
+    ~TreeSink() { cursor_.moveTo(top_); }
+    TreeSink(const TreeSink&) = delete;
+    TreeSink& operator=(const TreeSink&) = delete;
 
-    HBXMessageIterator& cursor() { return cursor_; }
-    [[nodiscard]] bool hasChildren() const { return tree_[cursor_.node_].first != kNoNode; }
+    HBXMessageIterator& cursor() {
+        cursor_.moveTo(at_);
+        return cursor_;
+    }
+    [[nodiscard]] bool hasChildren() const { return tree_[at_].first != kNoNode; }
     void removeFirst(int id) {
-        const NodeIndex old = tree_.findChild(cursor_.node_, static_cast<Ref>(id));
+        const NodeIndex old = tree_.findChild(at_, static_cast<Ref>(id));
         if (old != kNoNode) {
             tree_.remove(old);
         }
     }
     int open(int id, std::uint64_t) {
-        return cursor_.moveTo(tree_.append(cursor_.node_, static_cast<Ref>(id), cursor_.savedNamespace_));
+        at_ = append(id);
+        return 0;
     }
-    void close() { cursor_.moveTo(tree_[cursor_.node_].parent); }
+    void close() { at_ = tree_[at_].parent; }
     void expect(const HBXRecordTable&) {}
-    int value(int id, const HBXElementHead&, std::string_view text) { return put(id, text, ValueKind::Text); }
-    int xml(int id, std::string_view text) { return put(id, text, ValueKind::Xml); }
+    int value(int id, const HBXElementHead&, std::string_view text) {
+        const bool good = id == 0
+                              ? tree_.setValue(at_, text, ValueKind::Text)
+                              : tree_.appendText(at_, static_cast<Ref>(id), cursor_.savedNamespace_, text);
+        return good ? 0 : -1;
+    }
     template <class Number>
     int number(int id, const HBXElementHead&, Number number) {
-        return put(id, NumberText(number).view(), ValueKind::Text);
+        return tree_.appendNumber(at_, static_cast<Ref>(id), cursor_.savedNamespace_, number) ? 0 : -1;
+    }
+    int xml(int id, std::string_view text) {
+        return tree_.setValue(append(id), text, ValueKind::Xml) ? 0 : -1;
     }
     void mark(int nsid, int typeId) {
         if (nsid != 0) {
             cursor_.savedNamespace_ = static_cast<Ref>(nsid);
         }
         if (typeId > 100) {
-            tree_.setType(cursor_.node_, static_cast<Ref>(nsid), static_cast<Ref>(typeId));
+            tree_.setType(at_, static_cast<Ref>(nsid), static_cast<Ref>(typeId));
         }
     }
     void unmark() { cursor_.savedNamespace_ = 0; }
 
 private:
-    int put(int id, std::string_view text, ValueKind kind) {
-        if (id != 0 && kind == ValueKind::Text) [[likely]] {
-            return tree_.appendText(cursor_.node_, static_cast<Ref>(id), cursor_.savedNamespace_, text) ? 0
-                                                                                                        : -1;
-        }
-        const NodeIndex at = id == 0
-                                 ? cursor_.node_
-                                 : tree_.append(cursor_.node_, static_cast<Ref>(id), cursor_.savedNamespace_);
-        return tree_.setValue(at, text, kind) ? 0 : -1;
-    }
+    NodeIndex append(int id) { return tree_.append(at_, static_cast<Ref>(id), cursor_.savedNamespace_); }
 
     HBXBinaryIterator& cursor_;
     Tree& tree_;
+    NodeIndex at_;        ///< the current element; the cursor is taken there only when somebody needs it
+    const NodeIndex top_; ///< where the record began
 };
 
 } // namespace internal

@@ -116,9 +116,10 @@ struct HBXRow {
     int itemId;               ///< element of each item of a list
     HBXPresence presence;
     HBXKind kind;
-    int key;               ///< element by which reading finds the row, -1 = never
-    bool plain;            ///< one element with a text value, whose head is known
-    HBXElementHead head;   ///< of the element, or of each item of a list of plain values
+    int key;             ///< element by which reading finds the row, -1 = never
+    bool plain;          ///< one element with a text value, whose head is known
+    bool flagged;        ///< whether there is a flag; under sanitizers `flag` cannot be asked at compile time
+    HBXElementHead head; ///< of the element, or of each item of a list of plain values
     std::string_view name; ///< of the C++ member
 };
 
@@ -328,6 +329,7 @@ constexpr HBXRow member(int id, HBXPresence presence = HBXPresence::Mandatory) {
                .kind = {},
                .key = id,
                .plain = false,
+               .flagged = internal::isOptional<Type>,
                .head = textElementHead(id),
                .name = internal::kMemberName<Member>};
     if constexpr (internal::isOptional<Type>) {
@@ -389,6 +391,7 @@ constexpr HBXRow list(int id, int itemId) {
             .kind = type.kind,
             .key = id != 0 ? id : itemId,
             .plain = false,
+            .flagged = false,
             .head = textElementHead(itemId),
             .name = internal::kMemberName<Member>};
 }
@@ -408,7 +411,7 @@ constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId
     for (std::size_t i = 0; i < count; ++i) {
         table.mandatory |= static_cast<std::uint64_t>(rows[i].presence == HBXPresence::Mandatory) << i;
         table.writtenIds |= std::uint64_t{1} << (static_cast<unsigned>(rows[i].key) & 63U);
-        table.fills |= rows[i].id > 0 && rows[i].flag == nullptr && rows[i].kind != HBXKind::Pointer &&
+        table.fills |= rows[i].id > 0 && !rows[i].flagged && rows[i].kind != HBXKind::Pointer &&
                        rows[i].presence != HBXPresence::ValueOnly;
     }
     table.simple = std::is_void_v<Base>;

@@ -20,6 +20,7 @@ public:
         from_ = from;
         top_ = top;
         const std::size_t start = out_.size();
+        out_.ensure(tree_.encodedSizeGuess());
         putHeader(out_, top == Top::Element ? Wrapping::Element : Wrapping::Message);
         if (tree_.names().size() != 0) {
             collectNames();

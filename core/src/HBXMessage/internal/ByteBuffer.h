@@ -32,6 +32,7 @@ public:
     ~ByteBuffer() { std::free(data_); }
 
     [[nodiscard]] std::size_t size() const { return size_; }
+    [[nodiscard]] std::size_t capacity() const { return capacity_; }
     [[nodiscard]] char* data() { return data_; }
     [[nodiscard]] const char* data() const { return data_; }
     [[nodiscard]] std::string_view view() const { return {data_, size_}; }

@@ -57,6 +57,11 @@ void Tree::clear() {
     }
 }
 
+void Tree::restart(std::uint32_t epoch) {
+    epoch_ = std::max(epoch_, epoch);
+    clear();
+}
+
 void Tree::reserve(std::size_t nodes, std::size_t bytes) {
     if (nodes + kRoot + 1 > nodes_.size()) {
         nodes_.grow(nodes + kRoot + 1);

@@ -9,6 +9,7 @@
 
 #include <HBXMessage/internal/ByteBuffer.h>
 #include <HBXMessage/internal/NodeArray.h>
+#include <HBXMessage/internal/NumberText.h>
 
 namespace HBX::internal {
 
@@ -58,10 +59,35 @@ public:
     [[nodiscard]] std::uint32_t epoch() const { return epoch_; }
     [[nodiscard]] std::uint32_t count() const { return count_; } ///< elements without the root
 
+    /// Bytes that the binary form of the whole tree hardly exceeds.
+    [[nodiscard]] std::size_t encodedSizeGuess() const { return live_ + 8 * std::size_t{count_} + 64; }
+
     /// Back to a lone root; all cursors become stale, the memory stays for the next use.
     void clear();
+    /// The same, with generations from this epoch on at least.
+    void restart(std::uint32_t epoch);
+    /// Bytes that nodes and values occupy.
+    [[nodiscard]] std::size_t footprint() const { return nodes_.size() * sizeof(Node) + bytes_.capacity(); }
     void reserve(std::size_t nodes, std::size_t bytes);
     /// Appends a child with a text value, as `append` and `setValue` do.
+    template <class Number>
+    bool appendNumber(NodeIndex parent, Ref id, Ref ns, Number number) {
+        if (!bytes_.hasRoom(kNumberRoom)) [[unlikely]] {
+            return appendText(parent, id, ns, NumberText(number).view());
+        }
+        const char* start = bytes_.data() + bytes_.size();
+        const char* end = printNumber(bytes_.data() + bytes_.size(), number);
+        const auto length = static_cast<std::size_t>(end - start);
+        if (bytes_.size() + length > std::numeric_limits<std::uint32_t>::max()) [[unlikely]] {
+            return false;
+        }
+        Node& node = nodes_[append(parent, id, ns)];
+        node.kind = ValueKind::Text;
+        node.text = {static_cast<std::uint32_t>(bytes_.size()), static_cast<std::uint32_t>(length)};
+        bytes_.advance(length);
+        live_ += length;
+        return true;
+    }
     bool appendText(NodeIndex parent, Ref id, Ref ns, std::string_view text) {
         Span span{};
         if (!store(text, span)) {
@@ -78,9 +104,18 @@ public:
         Node* nodes = nodes_.data();
         Node& up = nodes[parent];
         const NodeIndex last = up.last;
-        nodes[index] = Node{id, parent, kNoNode, kNoNode, kNoNode, last, epoch_, ValueKind::None, ns, 0, {}};
-        (last != kNoNode ? nodes[last].next : up.first) = index;
         up.last = index;
+        (last != kNoNode ? nodes[last].next : up.first) = index;
+        Node& made = nodes[index];
+        made.id = id;
+        made.parent = parent;
+        made.first = made.last = made.next = kNoNode;
+        made.prev = last;
+        made.generation = epoch_;
+        made.kind = ValueKind::None;
+        made.ns = ns;
+        made.extra = 0;
+        made.text = {0, 0};
         return index;
     }
     /// Removes the element with all below it; the root is only emptied by `clear`.

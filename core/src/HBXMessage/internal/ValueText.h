@@ -1,24 +1,14 @@
 #pragma once
 
-#include <charconv>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 #include <HBXMessage/HBXRecordTable.h>
+#include <HBXMessage/internal/NumberText.h>
 
 /// Between values and the text that a message holds for them. No locale anywhere.
 namespace HBX::internal {
-
-/// Room for the text of any number, a time with its zone included.
-inline constexpr std::size_t kNumberRoom = 40;
-
-/// Writes the text of a number, for doubles the shortest that reads back exactly; returns the place behind
-/// it.
-template <class Number>
-char* printNumber(char* to, Number number) {
-    return std::to_chars(to, to + kNumberRoom, number).ptr;
-}
 
 /// Reads plain decimal text of up to 18 digits, as nearly all numbers are; false for everything else.
 inline bool parseShortNumber(std::string_view text, std::int64_t& number) {
@@ -38,21 +28,6 @@ inline bool parseShortNumber(std::string_view text, std::int64_t& number) {
     number = negative ? -sum : sum;
     return true;
 }
-
-/// The text of a number in a buffer of its own.
-class NumberText {
-public:
-    explicit NumberText(std::int64_t value) : end_(printNumber(text_, value)) {}
-    explicit NumberText(double value) : end_(printNumber(text_, value)) {}
-    /// Time and zone (+-HHMM) as given.
-    NumberText(std::int64_t time, int zone);
-
-    [[nodiscard]] std::string_view view() const { return {text_, static_cast<std::size_t>(end_ - text_)}; }
-
-private:
-    char text_[kNumberRoom];
-    char* end_;
-};
 
 // Each false, with the output untouched, when the text does not convert.
 bool toInt(std::string_view text, std::int32_t& value);
