@@ -12,7 +12,6 @@ constinit const HBXPointerType HBXSchedulerTrigger::family = familyType<HBXSched
 
 namespace {
 
-constexpr bool kIsDefault = true;
 constexpr bool kIsNotDefault = false;
 
 template <class Derived, class Base>

@@ -66,7 +66,7 @@ public:
     SpareTree& operator=(const SpareTree&) = delete;
 
 private:
-    static constexpr std::size_t kLargestSpare = std::size_t{64} << 10;
+    static constexpr std::size_t kLargestSpare = std::size_t{1} << 20;
 
     std::unique_ptr<Tree>& spare_;
 };

@@ -196,18 +196,28 @@ inline constexpr bool isOptional = false;
 template <class T>
 inline constexpr bool isOptional<HBXOptionalProperty<T>> = true;
 
-/// "name" out of the compiler's text of `&HBXFoo::name`.
-template <auto Member>
-constexpr std::string_view memberName() {
-    std::string_view text = __PRETTY_FUNCTION__;
-    text = text.substr(0, text.rfind(']'));
-    text = text.substr(0, text.find(';'));
-    text = text.substr(text.rfind("::") + 2);
-    return text.substr(0, text.find(')'));
-}
+/// Where the name of a member begins in the compiler's text of `&HBXFoo::name`, and how long it is. (Plain
+/// pointers, because this is evaluated for every member of every record.)
+struct NamePlace {
+    const char* text;
+    std::size_t size;
+};
 
 template <auto Member>
-inline constexpr std::string_view kMemberName = memberName<Member>();
+constexpr NamePlace memberName() {
+    const char* text = __PRETTY_FUNCTION__;
+    std::size_t end = sizeof __PRETTY_FUNCTION__ - 1;
+    while (text[end - 1] == ']' || text[end - 1] == ')') {
+        --end;
+    }
+    std::size_t begin = end;
+    while (text[begin - 1] != ':') {
+        --begin;
+    }
+    return {text + begin, end - begin};
+}
+
+constexpr std::string_view nameText(NamePlace place) { return {place.text, place.size}; }
 
 template <class T>
 concept TextRecord = HBXRecord<T> && requires(T& value, const T& constant, std::string_view text) {
@@ -331,7 +341,7 @@ constexpr HBXRow member(int id, HBXPresence presence = HBXPresence::Mandatory) {
                .plain = false,
                .flagged = internal::isOptional<Type>,
                .head = textElementHead(id),
-               .name = internal::kMemberName<Member>};
+               .name = internal::nameText(internal::memberName<Member>())};
     if constexpr (internal::isOptional<Type>) {
         row.where = place->valueAddress();
         row.flag = place->flagAddress();
@@ -393,7 +403,7 @@ constexpr HBXRow list(int id, int itemId) {
             .plain = false,
             .flagged = false,
             .head = textElementHead(itemId),
-            .name = internal::kMemberName<Member>};
+            .name = internal::nameText(internal::memberName<Member>())};
 }
 
 /// The table of a record: its name, namespace id and type id (0, 0: it carries no marks), its rows; `Base` is

@@ -121,12 +121,12 @@ struct OpenBlock {
     std::uint8_t slot;
 };
 
-/// Guesses how many bytes the length of a child block will need: as many as under the same element last time.
-/// A wrong guess costs moving the block by a byte or two; the bytes come out the same.
+/// Guesses how many bytes the length of a child block will need: as many as under the same element at the
+/// same depth last time. A wrong guess costs moving the block by a byte or two; the bytes come out the same.
 class BlockLengths {
 public:
-    OpenBlock open(ByteBuffer& out, Ref element) const {
-        const auto slot = static_cast<std::uint8_t>(element);
+    OpenBlock open(ByteBuffer& out, Ref element, std::uint32_t depth) const {
+        const auto slot = static_cast<std::uint8_t>(element + 37 * depth);
         const OpenBlock block{static_cast<std::uint32_t>(out.size()), widths_[slot], slot};
         out.ensure(kMaxVarint);
         out.advance(block.width);

@@ -68,7 +68,8 @@ public:
 
     /// The header was good: from here on the input is worth its memory.
     void begin() {
-        tree_.reserve(std::min<std::size_t>(input_.size() / 16, kMaxElements + 1), input_.size());
+        tree_.reserve(std::min<std::size_t>(input_.size() / kBytesPerElement, kMaxElements + 1),
+                      input_.size());
         tree_.adoptInput(input_);
     }
 

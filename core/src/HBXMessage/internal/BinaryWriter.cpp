@@ -142,7 +142,8 @@ private:
                 if (depth == deepest) {
                     return fail("the message is deeper than a message may be");
                 }
-                open_[depth++] = lengths_.open(out_, index == from_ ? 0 : node.id);
+                open_[depth] = lengths_.open(out_, index == from_ ? 0 : node.id, depth);
+                ++depth;
                 index = node.first;
                 continue;
             }
@@ -228,9 +229,12 @@ private:
 
     void putAttributes(NodeIndex index) {
         tree_.listAttributes(index, attributes_);
-        std::sort(attributes_.begin(), attributes_.end(), [this](const Attribute* a, const Attribute* b) {
+        const auto isBefore = [this](const Attribute* a, const Attribute* b) {
             return reference(a->id) < reference(b->id);
-        });
+        };
+        if (!used_.empty()) { // without names the order is already that of the numbers
+            std::sort(attributes_.begin(), attributes_.end(), isBefore);
+        }
         number(attributes_.size());
         for (const Attribute* attribute : attributes_) {
             number(reference(attribute->id));

@@ -61,7 +61,7 @@ char* EncodingCursor::putHead(char* to, const Open& element, unsigned content) {
 void EncodingCursor::openBlock(Open& element) {
     out_.ensure(kHeadRoom);
     put(putHead(out_.data() + out_.size(), element, kHasChildren));
-    element.block = lengths_.open(out_, element.id);
+    element.block = lengths_.open(out_, element.id, depth_);
     element.state = State::Block;
 }
 

@@ -87,7 +87,7 @@ public:
         ++depth_;
         ++elements_;
         begin(ref, 0);
-        top().block = lengths_.open(out_, ref);
+        top().block = lengths_.open(out_, ref, depth_);
         top().state = State::Block;
         top().written = ids;
         return 0;

@@ -284,7 +284,7 @@ HBXMessageIterator* InPlaceCursor::treeCursor() const {
     std::unique_ptr<HBXMessageIterator> cursor(message()->newIterator());
     for (Place level = kRootPlace + 1; level <= depth_; ++level) {
         const std::uint8_t* target = slots_[level].view.end;
-        ElementView sibling;
+        ElementView sibling{};
         const std::uint8_t* at = slots_[level - 1].view.children;
         int result = cursor->firstChild();
         while (result == 0 && sibling.parse(at, slots_[level - 1].view.end) && sibling.end != target) {

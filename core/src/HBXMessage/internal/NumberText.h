@@ -28,7 +28,7 @@ public:
     [[nodiscard]] std::string_view view() const { return {text_, static_cast<std::size_t>(end_ - text_)}; }
 
 private:
-    char text_[kNumberRoom];
+    char text_[kNumberRoom] = {};
     char* end_;
 };
 

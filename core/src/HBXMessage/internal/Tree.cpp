@@ -230,10 +230,13 @@ void Tree::listAttributes(NodeIndex index, std::vector<const Attribute*>& list) 
          attribute = nextAttribute(*attribute)) {
         list.push_back(attribute);
     }
-    std::sort(list.begin(), list.end(), [this](const Attribute* a, const Attribute* b) {
+    const auto isBefore = [this](const Attribute* a, const Attribute* b) {
         return a->id >= kDynamicRef && b->id >= kDynamicRef ? names_.name(a->id) < names_.name(b->id)
                                                             : a->id < b->id;
-    });
+    };
+    if (!std::is_sorted(list.begin(), list.end(), isBefore)) {
+        std::sort(list.begin(), list.end(), isBefore);
+    }
 }
 
 void Tree::addParsedAttribute(NodeIndex index, Ref id, Span text) {
@@ -245,8 +248,9 @@ void Tree::addParsedAttribute(NodeIndex index, Ref id, Span text) {
         row = static_cast<std::uint32_t>(attributes_.size());
     }
     Extra& extra = needExtra(index);
-    attributes_[row - 1] = Attribute{id, text, extra.firstAttribute};
-    extra.firstAttribute = row;
+    attributes_[row - 1] = Attribute{id, text, 0};
+    (extra.firstAttribute == 0 ? extra.firstAttribute : attributes_[extra.lastAttribute - 1].next) = row;
+    extra.lastAttribute = row;
     ++extra.attributeCount;
     live_ += text.length;
 }

@@ -24,6 +24,7 @@ struct Extra {
     Ref typeNs;
     Ref type;
     std::uint32_t firstAttribute; ///< row + 1; also links free rows
+    std::uint32_t lastAttribute;
     std::uint32_t attributeCount;
 };
 
