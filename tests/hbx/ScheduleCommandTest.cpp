@@ -149,6 +149,12 @@ TEST_F(ProgramTest, AnswersPrograms) {
         nlohmann::json expected = {{"runs", {run1}}};
         if (verb == "explain") {
             expected["explanation"] = "Every 2 days at 11:00, from Monday 2024-01-01 11:00 +01:00.";
+            expected["trigger"] = {{"type", "scheduler:daily_trigger"},
+                                   {"start_time", 1704103200},
+                                   {"end_time", -1},
+                                   {"days_interval", 2},
+                                   {"workdays_only", false},
+                                   {"weekends_only", false}};
         }
         const Ended ended = run(words, {.in = file, .zone = "Europe/Berlin"});
         EXPECT_EQ(nlohmann::json::parse(ended.out), expected) << ended.err;

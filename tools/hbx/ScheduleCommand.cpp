@@ -4,6 +4,7 @@
 
 #include "Console.h"
 #include "Outline.h"
+#include "RecordJson.h"
 #include "RunList.h"
 #include "TimeText.h"
 #include "TriggerFile.h"
@@ -70,11 +71,13 @@ nlohmann::ordered_json toJson(const RunList& list) {
     return runs;
 }
 
-std::string jsonOf(const std::string& explanation, const RunList& list) {
-    nlohmann::ordered_json document;
-    if (!explanation.empty()) {
-        document["explanation"] = explanation;
-    }
+nlohmann::ordered_json toJson(const boost::shared_ptr<HBXSchedulerTrigger>& trigger) {
+    const void* object = nullptr;
+    const HBXRecordTable& table = HBXSchedulerTrigger::family.object(&trigger, object);
+    return recordJson(object, table);
+}
+
+std::string jsonOf(nlohmann::ordered_json document, const RunList& list) {
     document["runs"] = toJson(list);
     if (!list.reason.empty()) {
         document["ending"] = list.reason;
@@ -87,7 +90,7 @@ ExitCode next(const Arguments& arguments) {
     const int count = countOf(arguments);
     const RunList list = nextRuns(*loadTrigger(arguments.files[0]), from, count);
     demandRuns(arguments.files[0], list);
-    print(arguments.has("json") ? jsonOf("", list) : textOf(list));
+    print(arguments.has("json") ? jsonOf({}, list) : textOf(list));
     return ExitCode::Ok;
 }
 
@@ -97,7 +100,8 @@ ExitCode explain(const Arguments& arguments) {
     const auto trigger = loadTrigger(arguments.files[0]);
     const std::string sentence = describeTrigger(*trigger);
     const RunList list = nextRuns(*trigger, from, count);
-    print(arguments.has("json") ? jsonOf(sentence, list) : sentence + '\n' + textOf(list));
+    print(arguments.has("json") ? jsonOf({{"explanation", sentence}, {"trigger", toJson(trigger)}}, list)
+                                : sentence + '\n' + textOf(list));
     return ExitCode::Ok;
 }
 

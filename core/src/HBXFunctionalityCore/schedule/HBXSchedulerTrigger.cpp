@@ -11,8 +11,8 @@ constexpr int kEndTime = 1064;
 constexpr std::int64_t kNever = -1;
 
 constexpr HBXRow kSchedulerTrigger[] = {
-    member<&HBXSchedulerTrigger::startTime>(kStartTime),
-    optional<&HBXSchedulerTrigger::endTime>(kEndTime),
+    memberAs<&HBXSchedulerTrigger::startTime>(HBXKind::Time, kStartTime),
+    memberAs<&HBXSchedulerTrigger::endTime>(HBXKind::Time, kEndTime, HBXPresence::Optional),
 };
 
 } // namespace
