@@ -1,0 +1,300 @@
+#include <chrono>
+#include <cstring>
+
+#include <gmock/gmock.h>
+
+#include <HBXCommon/HBXErrorMessage.h>
+
+#include "support/MessageBytes.h"
+#include "support/MessageTestUtil.h"
+
+namespace HBX::test {
+namespace {
+
+using ::testing::HasSubstr;
+
+const std::string kNone(1, '\0');
+
+/// Whether the check takes the bytes, without building a tree.
+bool checks(std::string_view bytes) {
+    return readInPlace(bytes, [](const HBXMessageIterator&) { return 0; }) == 0;
+}
+
+/// The bytes are refused by every way in, nothing changes, and the reason names a place.
+void expectRefused(const std::string& bytes, std::string_view what) {
+    const Message target = newMessage();
+    rootOf(target)->putValue("kept", 1026);
+    const std::string before = bytesOf(target);
+    const Cursor cursor = rootOf(target);
+    clearErrorMessage();
+    EXPECT_EQ(target->init(bytes.data(), static_cast<int>(bytes.size())), -1) << what;
+    EXPECT_THAT(getErrorMessage(), HasSubstr("offset ")) << what;
+    const std::string reason = getErrorMessage();
+    EXPECT_FALSE(checks(bytes)) << what;
+    EXPECT_EQ(getErrorMessage(), reason) << what;
+    EXPECT_EQ(deserializeToChild(*cursor, bytes), -1) << what;
+    EXPECT_EQ(bytesOf(target), before) << what;
+    EXPECT_EQ(cursor->seek(1026), 0) << what;
+}
+
+/// The bytes are read, and written again as they came.
+void expectCanonical(const std::string& bytes, std::string_view what) {
+    const Message message = parseMessage(bytes);
+    ASSERT_NE(message, nullptr) << what << ": " << getErrorMessage();
+    EXPECT_TRUE(checks(bytes)) << what;
+    const Cursor cursor = rootOf(message);
+    if (bytes[5] != 0) {
+        ASSERT_EQ(cursor->firstChild(), 0);
+    }
+    EXPECT_EQ(bytes[5] == 0 ? bytesOf(message) : bytesFromChild(*cursor), bytes) << what;
+}
+
+TEST(BinaryForm, KeepsEveryPieceItKnows) {
+    const std::string all = nameList({"own", "uri", "kind", "attr"}) + namedHead(0, kFlags) + '\x37' +
+                            varint(3) + varint(1) + varint(5) + sized("text") + varint(2) + varint(7) +
+                            sized("d") + varint(2 * 1026) + sized("n") + sized(emptyNode(7));
+    const std::pair<std::string, const char*> rows[] = {
+        {messageBytes(emptyNode(0)), "nothing"},
+        {messageBytes(textNode(0, "")), "a root with an empty text"},
+        {messageOf(textNode(1026, "a") + emptyNode(1026) + parentNode(0x3FFFFFFF, emptyNode(1))),
+         "plain forms"},
+        {messageBytes(flaggedNode(0, 4 | 32, sized("x") + sized(emptyNode(5)))), "value beside children"},
+        {messageOf(flaggedNode(5, 4 | 8, sized("<a/>"))), "an XML value"},
+        {messageOf(flaggedNode(5, 2, varint(0) + varint(2))), "a type without namespace"},
+        {elementBytes(all.substr(all.find(namedHead(0, kFlags) + '\x37')),
+                      nameList({"own", "uri", "kind", "attr"})),
+         "everything at once"},
+        {messageBytes(emptyNode(0), kNone,
+                      varint(4) + '\x01' + sized("o") + '\x02' + sized("t") + '\x02' + sized("t") + '\x09' +
+                          sized("-9223372036854775808")),
+         "an envelope"},
+    };
+    for (const auto& [bytes, what] : rows) {
+        expectCanonical(bytes, what);
+    }
+}
+
+TEST(BinaryForm, RefusesWhatIsNotWellFormed) {
+    const std::string lengthened = messageOf(emptyNode(1)) + "x";
+    std::string reserved = messageOf(emptyNode(1));
+    reserved[7] = 1;
+    const std::pair<std::string, const char*> rows[] = {
+        {"", "no bytes"},
+        {std::string("HBXN") + messageOf(emptyNode(1)).substr(4), "another magic"},
+        {withHeader(kNone + kNone + emptyNode(0), 0, 2), "another version"},
+        {withHeader(kNone + kNone + emptyNode(0), 2), "another form"},
+        {reserved, "reserved bytes"},
+        {lengthened, "bytes behind the body"},
+        {messageBytes(emptyNode(0) + emptyNode(1)), "bytes behind the root"},
+        {messageOf(emptyNode(0)), "number 0 inside"},
+        {elementBytes(emptyNode(0)), "number 0 alone"},
+        {messageBytes(emptyNode(1)), "a root with a number"},
+        {messageBytes(namedHead(0, kEmpty), nameList({"a"})), "a root with a name"},
+        {messageOf(emptyNode(0x40000000)), "a number too large"},
+        {messageOf(namedHead(0, kEmpty)), "a name index without names"},
+        {messageBytes(parentNode(0, namedHead(1, kEmpty) + namedHead(0, kEmpty)), nameList({"a", "b"})),
+         "names out of turn"},
+        {messageBytes(parentNode(0, namedHead(0, kEmpty)), nameList({"a", "b"})), "a name that is not used"},
+        {messageBytes(parentNode(0, namedHead(0, kEmpty) + namedHead(1, kEmpty)), nameList({"a", "a"})),
+         "a name listed twice"},
+        {messageBytes(parentNode(0, namedHead(0, kEmpty)), nameList({""})), "an empty name"},
+        {messageBytes(parentNode(0, namedHead(0, kEmpty)), nameList({std::string(1025, 'n')})),
+         "a name too long"},
+        {messageBytes(parentNode(0, namedHead(0, kEmpty)), nameList({std::string_view("a\0b", 3)})),
+         "a zero byte in a name"},
+        {messageOf(flaggedNode(1, 64 | 4, sized("x"))), "an unknown flag"},
+        {messageOf(flaggedNode(1, 8, "")), "XML without a value"},
+        {messageOf(flaggedNode(1, 8 | 1, varint(566))), "XML without a value, beside a namespace"},
+        {messageOf(flaggedNode(1, 0, "")), "flags where the empty form would do"},
+        {messageOf(flaggedNode(1, 4, sized("x"))), "flags where the text form would do"},
+        {messageOf(flaggedNode(1, 32, sized(emptyNode(1)))), "flags where the children form would do"},
+        {messageOf(flaggedNode(1, 1, varint(0))), "a namespace that is none"},
+        {messageOf(flaggedNode(1, 2, varint(0) + varint(0))), "a type that is none"},
+        {messageOf(flaggedNode(1, 1, varint(0x80000000))), "a namespace number too large"},
+        {messageOf(flaggedNode(1, 16, varint(0))), "no attributes"},
+        {messageOf(flaggedNode(1, 16, varint(1) + varint(0) + sized(""))), "attribute number 0"},
+        {messageOf(flaggedNode(1, 16, varint(2) + varint(4) + sized("") + varint(4) + sized(""))),
+         "one twice"},
+        {messageOf(flaggedNode(1, 16, varint(2) + varint(4) + sized("") + varint(2) + sized(""))),
+         "out of order"},
+        {messageBytes(
+             parentNode(0, flaggedNode(1, 16, varint(2) + varint(1) + sized("") + varint(3) + sized(""))),
+             nameList({"b", "a"})),
+         "new attribute names out of order"},
+        {messageBytes(
+             parentNode(0,
+                        flaggedNode(1, 16, varint(2) + varint(1) + sized("") + varint(2 * 1026) + sized(""))),
+             nameList({"name"})),
+         "one attribute by number and by name"},
+        {messageOf(head(1, kChildren) + varint(0)), "an empty block of children"},
+        {messageOf(head(1, kChildren) + varint(3) + emptyNode(1)), "a block beyond its parent"},
+        {messageOf(parentNode(1, head(1, kText) + varint(1)) + "x"), "a text beyond its block"},
+        {messageOf(parentNode(1, flaggedNode(1, 1, "\x82")) + "\x01"), "a namespace beyond its block"},
+        {messageOf(parentNode(1, flaggedNode(1, 2, "\x02")) + "\x02"), "a type beyond its block"},
+        {messageOf(head(1, kText) + "\x81" + kNone + "x"), "a padded length"},
+        {messageOf(std::string("\x8A\x80", 2) + kNone), "a padded number"},
+        {messageOf(head(1, kText) + "\xFF\xFF\xFF\xFF\x0F"), "a length of 4 GiB"},
+        {messageOf(head(1, kText) + "\x80\x80\x80\x80\x80\x01"), "a length of six bytes"},
+        {messageBytes(emptyNode(0), varint(65537)), "too many names"},
+        {messageBytes(emptyNode(0), kNone, varint(1) + kNone + sized("x")), "envelope field 0"},
+        {messageBytes(emptyNode(0), kNone, varint(1) + '\x0F' + sized("x")), "an unknown envelope field"},
+        {messageBytes(emptyNode(0), kNone, varint(2) + '\x03' + sized("x") + '\x03' + sized("x")),
+         "a field twice"},
+        {messageBytes(emptyNode(0), kNone, varint(2) + '\x03' + sized("x") + '\x01' + sized("x")),
+         "fields unordered"},
+        {messageBytes(emptyNode(0), kNone, varint(1) + '\x04' + sized("+1")),
+         "an envelope number with a plus"},
+        {messageBytes(emptyNode(0), kNone, varint(1) + '\x04' + sized("2147483648")),
+         "an envelope number too large"},
+        {messageBytes("", kNone, varint(0xFFFFFFFF)), "an absurd number of fields"},
+    };
+    for (const auto& [bytes, what] : rows) {
+        expectRefused(bytes, what);
+    }
+    EXPECT_EQ(newMessage()->init(nullptr, 5), -1);
+    EXPECT_EQ(newMessage()->init("HBXM", -1), -1);
+}
+
+TEST(BinaryForm, FoldsNamesThatTheTableKnows) {
+    const Message message =
+        parseMessage(messageBytes(parentNode(0, namedHead(0, kText) + sized("v")), nameList({"name"})));
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(bytesOf(message), messageOf(textNode(1026, "v")));
+}
+
+TEST(BinaryForm, SaysWhereTheInputIsWrong) {
+    const std::string inner = namedHead(0, kChildren) + sized(textNode(7, "ok") + emptyNode(0));
+    const std::string bytes = messageBytes(parentNode(0, parentNode(1026, inner)), nameList({"od\nd"}));
+    expectRefused(bytes, "nested");
+    EXPECT_THAT(getErrorMessage(),
+                ::testing::StartsWith("offset " + std::to_string(bytes.size()) + ", /name/od?d: "));
+}
+
+/// A message with every piece of the form, nested.
+std::string richMessage() {
+    const Cursor it = newCursor();
+    it->getMessage()->setOrigin("agent");
+    it->getMessage()->addTarget("one");
+    it->getMessage()->addTarget("two");
+    it->getMessage()->setTimeout(-5);
+    it->saveNamespace("own:space");
+    it->newChild(1021);
+    it->setComplexType(283, 295);
+    it->putValue("", 1026);
+    it->putAttr("by number", 1010);
+    it->putAttr(5, it->idOfName("never") + 4711);
+    it->saveNamespace(0);
+    it->newChild("eigener name");
+    it->setComplexType("spaces", "own_type");
+    it->putValueXML("<a>&amp;</a>", 0);
+    it->putValue(std::string("\0\x80 \xFF", 4), 77);
+    it->seekUp();
+    it->putValue(std::string(300, 'v'), 1018);
+    return bytesOf(*it);
+}
+
+TEST(BinaryForm, RefusesEveryCutAndStaysCanonicalUnderEveryFlippedBit) {
+    const std::string good = richMessage();
+    expectCanonical(good, "whole");
+    for (std::size_t length = 0; length < good.size(); ++length) {
+        expectRefused(good.substr(0, length), "cut at " + std::to_string(length));
+        std::string shorter = withHeader(std::string_view(good).substr(12, length), 0);
+        if (length + 12 < good.size()) {
+            EXPECT_EQ(parseMessage(shorter), nullptr) << "cut with a fitting header at " << length;
+        }
+    }
+    int accepted = 0;
+    for (std::size_t bit = 0; bit < good.size() * 8; ++bit) {
+        std::string bytes = good;
+        bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << (bit % 8)));
+        const Message message = parseMessage(bytes);
+        EXPECT_EQ(message != nullptr, checks(bytes)) << "bit " << bit;
+        if (message == nullptr) {
+            EXPECT_THAT(getErrorMessage(), HasSubstr("offset ")) << "bit " << bit;
+        } else if (bytes[5] == 0) {
+            EXPECT_EQ(bytesOf(message), bytes) << "bit " << bit;
+            ++accepted;
+        }
+    }
+    EXPECT_GT(accepted, 2400); // the bits of the texts, at least
+}
+
+std::string nested(int levels) {
+    std::string node = emptyNode(1);
+    for (; levels > 1; --levels) {
+        node = parentNode(1, node);
+    }
+    return node;
+}
+
+TEST(BinaryForm, ReadsUpToTheDepthThatIsAllowed) {
+    expectCanonical(messageOf(nested(256)), "deepest message");
+    expectCanonical(elementBytes(nested(256)), "deepest element");
+    expectRefused(messageOf(nested(257)), "a level more");
+    expectRefused(elementBytes(nested(257)), "a level more");
+}
+
+TEST(BinaryForm, ReadsUpToTheNumberOfElementsThatIsAllowed) {
+    std::string million;
+    for (int i = 0; i < 999'999; ++i) {
+        million += emptyNode(1);
+    }
+    for (const bool element : {false, true}) {
+        const auto wrapped = [&](const std::string& children) {
+            return element ? elementBytes(parentNode(2, children)) : messageOf(children + emptyNode(3));
+        };
+        EXPECT_NE(parseMessage(wrapped(million)), nullptr) << element;
+        EXPECT_EQ(parseMessage(wrapped(million + emptyNode(1))), nullptr) << element;
+        EXPECT_FALSE(checks(wrapped(million + emptyNode(1)))) << element;
+    }
+}
+
+TEST(BinaryForm, CountsAttributesAndNames) {
+    const auto attributes = [](unsigned count) {
+        std::string pieces = varint(count);
+        for (unsigned i = 1; i <= count; ++i) {
+            pieces += varint(2 * i) + sized("v");
+        }
+        return messageOf(flaggedNode(1, 16, pieces));
+    };
+    expectCanonical(attributes(256), "all attributes");
+    expectRefused(attributes(257), "one attribute more");
+    const auto names = [](unsigned count) {
+        std::string list = varint(count);
+        std::string nodes;
+        for (unsigned i = 0; i < count; ++i) {
+            list += sized("n" + std::to_string(i));
+            nodes += namedHead(i, kEmpty);
+        }
+        return messageBytes(parentNode(0, nodes), list);
+    };
+    expectCanonical(names(65'536), "all names");
+    expectRefused(names(65'537), "one name more");
+}
+
+TEST(BinaryForm, AnswersAbsurdSizesAtOnce) {
+    const std::string large(std::size_t{16} << 20, 'x');
+    const std::string rows[] = {
+        withHeader(large, 0),
+        messageBytes(textNode(0, large).substr(0, 1000)),
+        withHeader(varint(65536) + large, 0),
+        messageBytes(large, kNone, varint(0xFFFFFFFF)),
+        messageOf(flaggedNode(1, 16, varint(0xFFFFFFFF) + large)),
+    };
+    for (const std::string& bytes : rows) {
+        const std::size_t before = allocatedBytes();
+        const auto start = std::chrono::steady_clock::now();
+        const Message target = newMessage();
+        EXPECT_EQ(target->init(bytes.data(), static_cast<int>(bytes.size())), -1);
+        EXPECT_LT(allocatedBytes(), before + 100'000);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    }
+    const Message target = newMessage();
+    const std::size_t before = allocatedBytes();
+    const std::string bytes = messageOf(textNode(1, large));
+    ASSERT_EQ(target->init(bytes.data(), static_cast<int>(bytes.size())), 0);
+    EXPECT_LT(allocatedBytes(), before + bytes.size() * 9 / 4 + (50 << 20));
+}
+
+} // namespace
+} // namespace HBX::test

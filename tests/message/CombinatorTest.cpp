@@ -1,0 +1,333 @@
+#include <list>
+#include <set>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include <HBXMessage/HBXOptionalProperty.h>
+
+#include "support/MessageTestUtil.h"
+
+/// Readers and writers composed by hand.
+namespace HBX::test {
+namespace {
+
+using It = HBXMessageIterator;
+using ReadInt = HBXReaderSimple<int, static_cast<int (It::*)(int&, int) const>(&It::getValue)>;
+using WriteInt = HBXWriterSimple<int, static_cast<int (It::*)(int, int)>(&It::putValue)>;
+using Ints = HBXReaderListDataT<ReadInt>;
+using IntSet = HBXReaderSetDataT<ReadInt>;
+using ReadInts = HBXReaderListT<int, Ints>;
+using ReadMember = HBXReaderIDT<int, ReadInts>;
+using WriteItem = HBXWriterIDT<int, WriteInt>;
+using WriteInts = HBXWriterListT<WriteItem>;
+
+/// A record with marks of one's choice, one mandatory int and one optional text.
+template <int NS, int Type>
+struct Marked {
+    int number = 1;
+    HBXOptionalProperty<std::string> text;
+
+    struct Reader {
+        int operator()(const It& it, Marked& v) const {
+            std::string text;
+            if (it.getValue(text, 1026) == 0) {
+                v.text.set(text);
+            }
+            return it.getValue(v.number, 1010) == 0 ? 0 : -1;
+        }
+    };
+    struct Writer {
+        static inline const char* nsName = "";
+        static inline const char* typeName = "";
+        static int getNSID() { return NS; }
+        static const char* getNSName() { return nsName; }
+        static int getTypeID() { return Type; }
+        static const char* getTypeName() { return typeName; }
+        int operator()(It& it, const Marked& v) const {
+            if (v.text.isSet() && it.putValue(v.text.get(), 1026) != 0) {
+                return -1;
+            }
+            return v.number < 0 ? -7 : it.putValue(v.number, 1010);
+        }
+    };
+};
+
+using Plain = Marked<0, 0>;
+using Full = Marked<283, 295>;
+
+Cursor listOf(std::initializer_list<const char*> items, bool wrapper = true) {
+    Cursor it = newCursor();
+    if (wrapper) {
+        it->newChild(1);
+        for (const char* item : items) {
+            it->putValue(item, 2);
+            it->putValue("between", 3);
+        }
+        it->seekUp();
+    }
+    return it;
+}
+
+TEST(Combinators, WrapperAndListAreOptionalIndependently) {
+    for (const int mandatory : {1, 2, -1}) {
+        const struct {
+            int wrapper, list, noWrapper, emptyWrapper;
+        } rows[] = {
+            {mandatory, 0, -1, 0}, {mandatory, mandatory, -1, -1}, {0, mandatory, 0, -1}, {0, 0, 0, 0}};
+        for (const auto& row : rows) {
+            const ReadMember reader(ReadInts(Ints(), 2, row.list), 1, row.wrapper);
+            std::vector<int> list = {9};
+            const Cursor none = listOf({}, false);
+            const Cursor empty = listOf({});
+            EXPECT_EQ(reader(*none, list), row.noWrapper);
+            EXPECT_EQ(reader(*empty, list), row.emptyWrapper);
+            EXPECT_EQ(none->curID() + empty->curID(), 0);
+            EXPECT_THAT(list, ::testing::ElementsAre(9));
+        }
+    }
+}
+
+TEST(Combinators, ListsAppendSetsCollapseAndAFailedItemEndsTheRead) {
+    const auto read = [](auto reader, auto container, std::initializer_list<const char*> items, int result) {
+        const Cursor it = listOf(items);
+        it->seek(1);
+        EXPECT_EQ(reader(*it, container), result);
+        EXPECT_EQ(it->curID(), 1);
+        return container;
+    };
+    const ReadInts list(Ints(), 2, 1);
+    const HBXReaderListT<int, IntSet> set(IntSet(), 2, 1);
+    EXPECT_THAT(read(list, std::vector<int>{9}, {"3", "1", "3"}, 0), ::testing::ElementsAre(9, 3, 1, 3));
+    EXPECT_THAT(read(list, std::list<int>{}, {"3", "1"}, 0), ::testing::ElementsAre(3, 1));
+    EXPECT_THAT(read(set, std::set<int>{}, {"3", "1", "3"}, 0), ::testing::ElementsAre(1, 3));
+    EXPECT_THAT(read(list, std::vector<int>{9}, {"3", "bad", "4"}, -1), ::testing::ElementsAre(9, 3));
+    EXPECT_THAT(read(list, std::vector<int>{9}, {"bad"}, -1), ::testing::ElementsAre(9));
+    struct Picky {
+        int operator()(const It&, int&) const { return 1; }
+    };
+    const HBXReaderListT<int, HBXReaderListDataT<Picky>> picky(HBXReaderListDataT<Picky>(), 2, 0);
+    EXPECT_THAT(read(picky, std::vector<int>{}, {"1"}, -1), ::testing::IsEmpty()) << "any failure is -1";
+}
+
+TEST(Combinators, WritersWrapEveryItemAndStopAtAFailure) {
+    const HBXWriterIDT<int, WriteInts> writer(WriteInts(WriteItem(WriteInt(), 2)), 1);
+    const Cursor it = newCursor();
+    EXPECT_EQ(writer(*it, std::vector<int>{}), 0);
+    EXPECT_EQ(writer(*it, std::set<int>{4, 3}), 0);
+    EXPECT_EQ(it->curID(), 0);
+    EXPECT_THAT(takeText(it->toText()), ::testing::HasSubstr("hbx:id=\"1\"/>"));
+    std::vector<int> back;
+    EXPECT_EQ(it->deleteChild(1), 0);
+    writer(*it, std::vector<int>{3, 4, 3});
+    EXPECT_EQ(ReadMember(ReadInts(Ints(), 2, 1), 1, 1)(*it, back), 0);
+    EXPECT_THAT(back, ::testing::ElementsAre(3, 4, 3));
+
+    using WriteRecord = HBXWriterIDT<int, Plain::Writer>;
+    std::vector<Plain> records(3);
+    records[1].number = -1;
+    const Cursor other = newCursor();
+    EXPECT_EQ(HBXWriterListT<WriteRecord>(WriteRecord({}, 2))(*other, records), -1);
+    EXPECT_EQ(other->curID(), 0);
+    EXPECT_EQ(other->firstChild(), 0);
+    EXPECT_EQ(other->nextSibling(), 0);
+    EXPECT_EQ(other->nextSibling(), -1) << "the failed item stays, none follows";
+}
+
+TEST(Combinators, IdWrapperClimbsBackAfterAFailedReadOnly) {
+    const Cursor it = newCursor();
+    it->putValue("bad", 1);
+    it->putValue("5", 2);
+    int value = 9;
+    using Read = HBXReaderIDT<int, ReadInt>;
+    EXPECT_EQ(Read({}, 1, 0)(*it, value), -1);
+    EXPECT_EQ(it->curID(), 0);
+    EXPECT_EQ(value, 9);
+    EXPECT_EQ(Read({}, 3, 1)(*it, value), -1);
+    EXPECT_EQ(Read({}, 3, 0)(*it, value), 0);
+    EXPECT_EQ(Read({}, -3, 0)(*it, value), 0);
+    EXPECT_EQ(Read({}, 2, 1)(*it, value), 0) << "still where it was";
+    EXPECT_EQ(value, 5);
+    const std::string bytes = bytesOf(*it);
+    EXPECT_EQ((HBXWriterIDT<int, WriteInt>({}, -3)(*it, 1)), -1);
+    EXPECT_EQ((HBXWriterIDT<int, WriteInt>({}, 0x40000001)(*it, 1)), -1);
+    EXPECT_EQ(bytesOf(*it), bytes);
+}
+
+TEST(Combinators, PointersAreReplacedOnlyByAGoodRead) {
+    using Read = HBXReaderPointerT<ReadInt>;
+    const auto old = boost::make_shared<int>(9);
+    boost::shared_ptr<int> pointer = old;
+    const Cursor it = listOf({"3", "4", "bad"});
+    it->seek(1);
+    EXPECT_EQ((HBXReaderListT<int, Read>(Read(), 2, 1)(*it, pointer)), -1) << "the last item fails";
+    EXPECT_EQ(*pointer, 4);
+    pointer = old;
+    it->putValue("bad", 0);
+    EXPECT_EQ(Read()(*it, pointer), -1);
+    EXPECT_EQ(pointer, old);
+    std::vector<boost::shared_ptr<int>> list;
+    EXPECT_EQ((HBXReaderListT<int, Read>(Read(), 2, 1)(*it, list)), -1);
+    ASSERT_EQ(list.size(), 2U);
+    EXPECT_EQ(*list[1], 4);
+
+    using Write = HBXWriterPointerT<Full, Full::Writer>;
+    const Cursor out = newCursor();
+    EXPECT_EQ((HBXWriterIDT<int, Write>(Write(), 5)(*out, boost::shared_ptr<Full>())), -1);
+    EXPECT_EQ(out->curID(), 0);
+    EXPECT_EQ(out->seek(5), 0) << "an empty child stays";
+    EXPECT_EQ(out->firstChild(), -1);
+    out->deleteFromChild();
+    EXPECT_EQ((HBXWriterIDT<int, Write>(Write(), 5)(*out, boost::make_shared<Full>())), 0);
+    const Full record;
+    EXPECT_EQ((HBXWriterIDT<int, Write>(Write(), 5)(*out, &record)), 0);
+    out->firstChild();
+    EXPECT_EQ(out->curType(), "scheduler:daily_trigger");
+    out->nextSibling();
+    EXPECT_EQ(out->curType(), "scheduler:daily_trigger");
+}
+
+TEST(Combinators, GetObjectByIdIsMandatory) {
+    const Cursor it = newCursor();
+    Plain record;
+    record.number = 5;
+    record.text.set("kept");
+    EXPECT_EQ(it->getObject(record, 1), -1);
+    EXPECT_EQ(record.number, 5);
+    EXPECT_EQ(it->getObject(record, 0), -1) << "the mandatory member is not there";
+    it->newChild(1);
+    it->putValue(6, 1010);
+    it->seekUp();
+    EXPECT_EQ(it->getObject(record, 1), 0);
+    EXPECT_EQ(record.number, 6);
+    EXPECT_EQ(record.text.get(), "kept");
+    record.text.set("");
+    it->putObject(record, 2);
+    Plain back;
+    EXPECT_EQ(it->getObject(back, 2), 0);
+    EXPECT_TRUE(back.text == record.text) << "set to nothing is set";
+}
+
+TEST(Combinators, PutObjectReplacesTheFirstAndMovesToTheEnd) {
+    for (const int olds : {0, 1, 2, 3}) {
+        const Cursor it = newCursor();
+        for (int i = 0; i < olds; ++i) {
+            it->newChild(1);
+            it->putValue(i, 1010);
+            it->seekUp();
+        }
+        it->newChild(9);
+        it->seekUp();
+        Plain record;
+        record.number = 77;
+        EXPECT_EQ(it->putObject(record, 1), 0);
+        std::vector<int> ids;
+        std::vector<int> numbers;
+        for (int more = it->firstChild(); more == 0; more = it->nextSibling()) {
+            int number = -1;
+            it->getValue(number, 1010);
+            ids.push_back(it->curID());
+            numbers.push_back(number);
+        }
+        std::vector<int> expected;
+        for (int i = 1; i < olds; ++i) {
+            expected.push_back(i);
+        }
+        expected.insert(expected.end(), {-1, 77});
+        EXPECT_EQ(numbers, expected) << olds;
+        EXPECT_EQ(ids.back(), 1);
+    }
+    const Cursor it = newCursor();
+    Plain record;
+    record.text.set("new");
+    it->putObject(Plain(), 1);
+    record.number = -1;
+    EXPECT_EQ(it->putObject(record, 1), -7) << "the writer's own result";
+    EXPECT_EQ(it->curID(), 0);
+    it->seek(1);
+    EXPECT_EQ(it->seekPresence(1010), -1) << "the old one is gone, half of the new one stays";
+    EXPECT_EQ(it->seekPresence(1026), 0);
+}
+
+template <int NS, int Type>
+std::string marksOf(const char* nsName, const char* typeName) {
+    using Record = Marked<NS, Type>;
+    Record::Writer::nsName = nsName;
+    Record::Writer::typeName = typeName;
+    const Cursor it = newCursor();
+    EXPECT_EQ(it->putObject(Record(), 1), 0);
+    it->seek(1);
+    std::string marks = it->curType() + "/" + std::to_string(it->curNamespaceID() & 0x4FFFFFFF);
+    it->firstChild();
+    return marks + "/" + std::to_string(it->curNamespaceID() & 0x4FFFFFFF);
+}
+
+TEST(Combinators, MarksFollowIdsBeforeNamesAndOnlyBeyondHundred) {
+    EXPECT_EQ((marksOf<283, 295>("", "")), "scheduler:daily_trigger/0/283");
+    EXPECT_EQ((marksOf<283, 100>("", "")), "/0/283");
+    EXPECT_EQ((marksOf<283, 101>("", "")), "scheduler:/0/283");
+    EXPECT_EQ((marksOf<283, 100>("", "daily_trigger")), "daily_trigger/0/283");
+    EXPECT_EQ((marksOf<283, 295>("common", "other")), "scheduler:daily_trigger/0/283");
+    EXPECT_EQ((marksOf<0, 295>("common", "")), "daily_trigger/0/292");
+    EXPECT_EQ((marksOf<0, 0>("common", "own")), "common:own/0/292");
+    EXPECT_EQ((marksOf<0, 0>("", "own")), "own/0/0");
+    EXPECT_EQ((marksOf<0, 0>("mine", "")), "/0/" + std::to_string(0x40000000));
+    EXPECT_EQ((marksOf<0, 0>("", "")), "/0/0");
+}
+
+/// A record whose nested one ends the namespace, or does not.
+template <class Inner>
+struct Outer : HBXPlainMarks {
+    static int getNSID() { return 292; }
+    int operator()(It& it, int) const {
+        it.putValue(1, 1);
+        it.putObject(Inner(), 2);
+        return it.putValue(1, 3);
+    }
+};
+
+TEST(Combinators, SavedNamespaceHasNoStack) {
+    const auto namespaces = [](auto outer) {
+        const Cursor it = newCursor();
+        EXPECT_EQ((HBXWriterIDT<int, decltype(outer)>(outer, 5, 283)(*it, 0)), 0);
+        it->putValue(1, 6);
+        std::vector<int> found;
+        for (const char* path : {"", "1", "2", "2/1010", "3", "6"}) {
+            it->seekRoot();
+            it->seek(path[0] == '6' ? 6 : 5);
+            if (path[0] != '\0' && path[0] != '6') {
+                it->seek(path[0] - '0');
+                it->seek(1010);
+                if (path[1] == '\0' && it->curID() == 1010) {
+                    it->seekUp();
+                }
+            }
+            found.push_back(it->curNamespaceID());
+        }
+        return found;
+    };
+    EXPECT_THAT(namespaces(Outer<Full>()), ::testing::ElementsAre(283, 292, 292, 283, 0, 0));
+    EXPECT_THAT(namespaces(Outer<Plain>()), ::testing::ElementsAre(283, 292, 292, 292, 292, 0));
+}
+
+TEST(Combinators, MisuseAbortsAtItsLine) {
+    const Cursor it = newCursor();
+    int value = 0;
+    const std::string where = "HBXFunctionalityCore core/src/HBXMessage/HBXMessageIterator:";
+    EXPECT_EQ(abortOf([&] { HBXReaderIDT<int, ReadInt>({}, 0, 0)(*it, value); }),
+              where + "752 HBX::HBXReaderIDT::operator ()");
+    EXPECT_EQ(abortOf([&] { HBXWriterIDT<int, WriteInt>({}, 0)(*it, 1); }),
+              where + "671 HBX::HBXWriterIDT::operator ()");
+    using Nameless = Marked<283, 297>;
+    const std::string put = " HBX::HBXMessageIterator::putObjectInternal";
+    Nameless::Writer::nsName = Nameless::Writer::typeName = nullptr;
+    EXPECT_EQ(abortOf([&] { it->putObject(Nameless(), 0); }), where + "853" + put);
+    Nameless::Writer::nsName = "";
+    EXPECT_EQ(abortOf([&] { it->putObject(Nameless(), 0); }), where + "854" + put);
+    Nameless::Writer::typeName = "";
+    EXPECT_EQ(bytesOf(*it), bytesOf(*newCursor())) << "nothing is written before";
+    EXPECT_EQ(abortOf([&] { it->putObject(Nameless(), 0); }), "");
+}
+
+} // namespace
+} // namespace HBX::test

@@ -1,0 +1,223 @@
+#include <gmock/gmock.h>
+
+#include <HBXMessage/HBXDerivedParsers.h>
+
+#include "SampleRecords.h"
+#include "support/MessageTestUtil.h"
+
+/// Families of polymorphic records: those of the sample records, and some that are registered wrongly.
+namespace HBX::test {
+namespace {
+
+using It = HBXMessageIterator;
+using ShapePointer = boost::shared_ptr<Shape>;
+
+/// A shape written into the root of a new message.
+Cursor written(const ShapePointer& shape, int expected = 0) {
+    Cursor it = newCursor();
+    it->newChild(5);
+    EXPECT_EQ(HBXWriterDerived<Shape>()(*it, shape), expected);
+    return it;
+}
+
+TEST(DerivedParsers, ObjectsComeBackAsTheClassTheyAre) {
+    const auto circle = boost::make_shared<Circle>();
+    circle->size = 3;
+    circle->radius = 1.5;
+    const auto group = boost::make_shared<Group>();
+    group->members = {circle, boost::make_shared<Shape>(), circle};
+    const struct {
+        ShapePointer shape;
+        const char* type;
+    } rows[] = {{boost::make_shared<Shape>(), "common:mail_template"},
+                {circle, "scheduler:mailer_account"},
+                {group, "mailer_config"}};
+    for (const auto& row : rows) {
+        const Cursor it = written(row.shape);
+        EXPECT_EQ(it->curType(), row.type);
+        ShapePointer back;
+        EXPECT_EQ(HBXReaderDerived<Shape>(false)(*it, back), 0) << row.type;
+        ASSERT_NE(back, nullptr);
+        EXPECT_EQ(typeid(*back), typeid(*row.shape));
+        Everything a;
+        Everything b;
+        a.shape = back;
+        b.shape = row.shape;
+        EXPECT_TRUE(a == b) << row.type;
+    }
+}
+
+TEST(DerivedParsers, UnknownTypesGoToTheDefaultWhenThatIsAllowed) {
+    for (const auto& [ns, type] : {std::pair(0, 0), std::pair(283, 9999), std::pair(0, 5009)}) {
+        const Cursor it = newCursor();
+        it->setComplexType(ns, type);
+        it->putValue(4, 1067);
+        const auto old = boost::make_shared<Circle>();
+        ShapePointer shape = old;
+        EXPECT_EQ(HBXReaderDerived<Shape>(false)(*it, shape), -1) << type;
+        EXPECT_EQ(shape, old);
+        EXPECT_EQ(HBXReaderDerived<Shape>()(*it, shape), 0) << type;
+        EXPECT_EQ(typeid(*shape), typeid(Shape));
+        EXPECT_EQ(shape->size, 4);
+    }
+}
+
+TEST(DerivedParsers, FailedReadKeepsTheObject) {
+    const Cursor it = written(boost::make_shared<Circle>());
+    it->deleteChild(1087);
+    const ShapePointer old = boost::make_shared<Circle>();
+    ShapePointer shape = old;
+    EXPECT_EQ(HBXReaderDerived<Shape>()(*it, shape), -1) << "half way; no second try as the default";
+    EXPECT_EQ(shape, old);
+}
+
+TEST(DerivedParsers, UnregisteredClassIsWrittenAsTheDefault) {
+    const auto blob = boost::make_shared<Blob>();
+    blob->size = 8;
+    const Cursor it = written(blob);
+    EXPECT_EQ(it->curType(), "common:mail_template");
+    ShapePointer back;
+    EXPECT_EQ(HBXReaderDerived<Shape>()(*it, back), 0);
+    EXPECT_EQ(back->size, 8);
+    written(nullptr, -1);
+}
+
+TEST(DerivedParsers, ListsKeepOrderAndStopAtABadItem) {
+    const Cursor it = newCursor();
+    for (const int i : {1, 2, 3}) {
+        ShapePointer shape;
+        i == 2 ? shape.reset(new Circle) : shape.reset(new Shape);
+        shape->size = i;
+        EXPECT_EQ((HBXWriterIDT<int, HBXWriterDerived<Shape>>({}, 5)(*it, shape)), 0);
+        it->putValue("between", 6);
+    }
+    it->firstChild();
+    it->setComplexType(0, 0);
+    it->seekRoot();
+    std::vector<ShapePointer> shapes;
+    using List = HBXReaderDerivedList<int, Shape, Shape>;
+    EXPECT_EQ(List(5, 1)(*it, shapes), 0);
+    ASSERT_EQ(shapes.size(), 3U);
+    EXPECT_EQ(typeid(*shapes[1]), typeid(Circle));
+    EXPECT_EQ(shapes[2]->size, 3);
+    EXPECT_EQ(List(5, 1, false)(*it, shapes), -1);
+    EXPECT_EQ(shapes.size(), 3U);
+    EXPECT_EQ(List(7, 1)(*it, shapes), -1);
+    EXPECT_EQ(List(7, 0)(*it, shapes), 0);
+    EXPECT_EQ(it->curID(), 0);
+}
+
+TEST(DerivedParsers, RegistryTellsNamesAndClasses) {
+    const auto family = HBXDerivedParserFactory<Shape, Shape>::factoryData();
+    std::vector<std::string> names;
+    for (const auto& [name, entry] : family->factories()) {
+        names.push_back(name);
+        const ShapePointer object = entry->create();
+        EXPECT_EQ(family->factoriesByType().at(typeid(*object).name()), entry);
+        EXPECT_EQ(written(object)->curType(), name) << "what is written can be read";
+    }
+    EXPECT_THAT(names,
+                ::testing::ElementsAre("common:mail_template", "mailer_config", "scheduler:mailer_account"));
+    EXPECT_EQ(family->defaultFactory(), family->factories().at("common:mail_template"));
+}
+
+// --- families of their own, registered while the test runs ---
+
+template <int Family>
+struct Animal {
+    virtual ~Animal() = default;
+};
+
+/// Marks are ids or names; null names are those that abort.
+template <int Family, int NS, int Type>
+struct Cat : virtual Animal<Family> {
+    static inline const char* nsName = "";
+    static inline const char* typeName = "";
+    static const HBXRecordTable table;
+    struct Reader {
+        int operator()(const It&, Cat&) const { return 0; }
+    };
+    struct Writer {
+        static int getNSID() { return NS; }
+        static const char* getNSName() { return nsName; }
+        static int getTypeID() { return Type; }
+        static const char* getTypeName() { return typeName; }
+        int operator()(It& it, const Cat&) const { return it.putValue(Type, 1010); }
+    };
+};
+
+template <int Family, int NS, int Type>
+constinit const HBXRecordTable Cat<Family, NS, Type>::table = recordTable<Cat<Family, NS, Type>>("Cat", 0, 0);
+
+template <int Family, class Class>
+std::unique_ptr<HBXDerivedParserFactoryT<Class, Animal<Family>>> enter(bool isDefault) {
+    return std::make_unique<HBXDerivedParserFactoryT<Class, Animal<Family>>>(isDefault);
+}
+
+/// A class of another name with the same marks.
+template <class Class>
+struct Twin : Class {
+    using Reader = typename Class::Reader;
+    using Writer = typename Class::Writer;
+};
+
+TEST(DerivedParsers, FamilyWithoutDefaultReadsOnlyWhatItKnows) {
+    using Known = Cat<1, 283, 295>;
+    using Pointer = boost::shared_ptr<Animal<1>>;
+    const auto entry = enter<1, Known>(false);
+    const Cursor it = newCursor();
+    it->setComplexType(283, 294);
+    Pointer pointer;
+    EXPECT_EQ(HBXReaderDerived<Animal<1>>()(*it, pointer), -1);
+    EXPECT_EQ(pointer, nullptr);
+    EXPECT_EQ(HBXWriterDerived<Animal<1>>()(*it, boost::make_shared<Animal<1>>()), -1);
+    EXPECT_EQ(HBXWriterDerived<Animal<1>>()(*it, boost::make_shared<Known>()), 0) << "over a virtual base";
+    EXPECT_EQ(HBXReaderDerived<Animal<1>>(false)(*it, pointer), 0);
+    EXPECT_EQ(typeid(*pointer), typeid(Known));
+    boost::shared_ptr<Animal<99>> unheardOf;
+    EXPECT_EQ(HBXReaderDerived<Animal<99>>()(*it, unheardOf), -1) << "nobody registered";
+}
+
+TEST(DerivedParsers, DefaultRefusesAnObjectThatIsNotOfItsClass) {
+    const auto entry = enter<2, Cat<2, 283, 295>>(true);
+    const Cursor it = newCursor();
+    EXPECT_EQ(HBXWriterDerived<Animal<2>>()(*it, boost::make_shared<Animal<2>>()), -1);
+    EXPECT_EQ(bytesOf(*it), bytesOf(*newCursor()));
+}
+
+TEST(DerivedParsers, TypeNameOfTheWriterComesBeforeItsId) {
+    using Named = Cat<3, 283, 295>;
+    using Bare = Cat<3, 9999, 295>;
+    Named::typeName = "own";
+    EXPECT_EQ((enter<3, Named>(false)->qualifiedName()), "own");
+    const struct Restore {
+        ~Restore() { Named::typeName = Named::nsName = ""; }
+    } restore;
+    Named::nsName = "space";
+    EXPECT_EQ((HBXDerivedParserFactoryT<Twin<Named>, Animal<3>>(false).qualifiedName()), "space:own");
+    EXPECT_EQ((enter<3, Bare>(false)->qualifiedName()), "daily_trigger")
+        << "a namespace without a name adds nothing";
+}
+
+TEST(DerivedParsers, WrongRegistrationAbortsAtItsLine) {
+    const auto line = [](int number) {
+        return "HBXFunctionalityCore core/src/HBXMessage/HBXDerivedParsers:" + std::to_string(number) +
+               " HBX::HBXDerivedParserFactoryT::addFactory";
+    };
+    using First = Cat<4, 283, 295>;
+    using Second = Cat<4, 283, 296>;
+    First::nsName = First::typeName = nullptr;
+    EXPECT_EQ(abortOf([] { enter<4, First>(true); }), line(237));
+    First::nsName = "";
+    EXPECT_EQ(abortOf([] { enter<4, First>(true); }), line(238));
+    First::typeName = "";
+    const auto first = enter<4, First>(true);
+    EXPECT_EQ(abortOf([] { HBXDerivedParserFactoryT<Twin<First>, Animal<4>>(false); }), line(269));
+    EXPECT_EQ(abortOf([&] { enter<4, Second>(false)->addFactory(false, "another class"); }), line(269));
+    Second::typeName = "renamed";
+    EXPECT_EQ(abortOf([] { enter<4, Second>(false); }), line(271)) << "one class, two names";
+    EXPECT_EQ(abortOf([] { enter<4, Cat<4, 283, 297>>(true); }), line(274)) << "a second default";
+}
+
+} // namespace
+} // namespace HBX::test

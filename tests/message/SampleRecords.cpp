@@ -1,0 +1,89 @@
+#include "SampleRecords.h"
+
+#include <HBXMessage/HBXDerivedParsers.h>
+#include <HBXMessage/HBXRecordTable.h>
+
+namespace HBX::test {
+namespace {
+
+constexpr HBXRow kLeaf[] = {member<&Leaf::number>(1010), member<&Leaf::text>(1018)};
+constexpr HBXRow kShape[] = {member<&Shape::size>(1067)};
+constexpr HBXRow kCircle[] = {member<&Circle::radius>(1087)};
+constexpr HBXRow kGroup[] = {list<&Group::members>(1008, 1017)};
+constexpr HBXRow kStamped[] = {member<&Stamped::stamp>(1), member<&Stamped::origin>(2)};
+constexpr HBXRow kChain[] = {list<&Chain::links>(0, 5)};
+constexpr HBXRow kEverything[] = {
+    member<&Everything::number>(3),
+    member<&Everything::large>(4),
+    member<&Everything::flag>(5),
+    member<&Everything::real>(6),
+    member<&Everything::text>(7),
+    memberAs<&Everything::bytes>(HBXKind::Base64, 8),
+    memberAs<&Everything::fragment>(HBXKind::Xml, 9),
+    memberAs<&Everything::time>(HBXKind::Time, 10),
+    member<&Everything::colour>(11),
+    member<&Everything::code>(12),
+    member<&Everything::leaf>(13),
+    member<&Everything::maybeNumber>(14),
+    member<&Everything::maybeFlag>(15),
+    member<&Everything::maybeReal>(16),
+    member<&Everything::maybeText>(17),
+    memberAs<&Everything::maybeBytes>(HBXKind::Base64, 18),
+    memberAs<&Everything::maybeFragment>(HBXKind::Xml, 19),
+    memberAs<&Everything::maybeTime>(HBXKind::Time, 20),
+    member<&Everything::maybeCode>(21),
+    member<&Everything::maybeLeaf>(22),
+    optional<&Everything::plainNumber>(23),
+    optional<&Everything::plainText>(24),
+    optional<&Everything::plainCode>(25),
+    optional<&Everything::plainLeaf>(26),
+    list<&Everything::numbers>(27, 28),
+    list<&Everything::texts>(29, 28),
+    list<&Everything::codes>(30, 28),
+    list<&Everything::leaves>(31, 28),
+    list<&Everything::words>(32, 28),
+    list<&Everything::leafSet>(33, 28),
+    list<&Everything::bareLeaves>(0, 34),
+    list<&Everything::bareNumbers>(0, 35),
+    polymorphic<&Everything::shape>(36),
+    list<&Everything::shapes>(37, 38),
+    list<&Everything::nested>(39, 40),
+    valueOnly<&Everything::byHand>(),
+};
+
+const HBXDerivedParserFactoryT<Shape, Shape> kShapeEntry(true);
+const HBXDerivedParserFactoryT<Circle, Shape> kCircleEntry(false);
+const HBXDerivedParserFactoryT<Group, Shape> kGroupEntry(false);
+
+} // namespace
+
+constinit const HBXRecordTable Code::table = recordTable<Code>("Code", 0, 0);
+constinit const HBXRecordTable Leaf::table = recordTable<Leaf>("Leaf", 401, 5007, kLeaf);
+constinit const HBXRecordTable Shape::table = recordTable<Shape>("Shape", 292, 5009, kShape);
+constinit const HBXPointerType Shape::family = familyType<Shape>();
+constinit const HBXRecordTable Circle::table = recordTable<Circle, Shape>("Circle", 283, 5010, kCircle);
+constinit const HBXRecordTable Group::table = recordTable<Group, Shape>("Group", 0, 5011, kGroup);
+constinit const HBXRecordTable Stamped::table = recordTable<Stamped>("Stamped", 402, 5012, kStamped);
+constinit const HBXRecordTable Everything::table =
+    recordTable<Everything, Stamped>("Everything", 403, 5013, kEverything);
+constinit const HBXRecordTable Chain::table = recordTable<Chain>("Chain", 0, 0, kChain);
+
+int Code::fromString(std::string_view text) {
+    for (const char c : text) {
+        if (c < 'A' || c > 'Z') {
+            return -1;
+        }
+    }
+    letters = text;
+    return 0;
+}
+
+Code Code::sample(std::uint64_t random) {
+    Code code;
+    for (; random % 5 != 0; random /= 5) {
+        code.letters += static_cast<char>('A' + random % 26);
+    }
+    return code;
+}
+
+} // namespace HBX::test

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <HBXMessage/HBXRecord.h>
+
+/// Records with a member of every kind and presence, read and written by their tables.
+namespace HBX {
+struct HBXPointerType;
+}
+
+namespace HBX::test {
+
+// Argument-dependent lookup sees only the namespace of the records themselves.
+using HBX::operator==;
+using HBX::operator<=>;
+
+/// A text record: capital letters only.
+struct Code {
+    std::string letters;
+
+    [[nodiscard]] std::string toString() const { return letters; }
+    int fromString(std::string_view text);
+    static Code sample(std::uint64_t random);
+
+    static const HBXRecordTable table;
+    using Reader = HBXTextReader<Code>;
+    using Writer = HBXTextWriter<Code>;
+    friend bool operator==(const Code&, const Code&) = default;
+    friend auto operator<=>(const Code& a, const Code& b) { return a.letters.compare(b.letters) <=> 0; }
+};
+
+/// A small record with marks.
+struct Leaf {
+    int number = 7;
+    std::string text;
+
+    static const HBXRecordTable table;
+    using Reader = HBXTableReader<Leaf>;
+    using Writer = HBXTableWriter<Leaf>;
+};
+
+/// The family of shapes: Shape is its default, Blob is not registered.
+struct Shape {
+    virtual ~Shape() = default;
+    int size = 0;
+
+    static const HBXRecordTable table;
+    static const HBXPointerType family;
+    using Reader = HBXTableReader<Shape>;
+    using Writer = HBXTableWriter<Shape>;
+};
+
+struct Circle : Shape {
+    double radius = 0;
+
+    static const HBXRecordTable table;
+    using Reader = HBXTableReader<Circle>;
+    using Writer = HBXTableWriter<Circle>;
+};
+
+struct Group : Shape {
+    std::vector<boost::shared_ptr<Shape>> members;
+
+    static const HBXRecordTable table;
+    using Reader = HBXTableReader<Group>;
+    using Writer = HBXTableWriter<Group>;
+};
+
+struct Blob : Shape {};
+
+/// The base of the record below.
+struct Stamped {
+    HBXOptionalProperty<std::int64_t> stamp;
+    Leaf origin;
+
+    static const HBXRecordTable table;
+    using Reader = HBXTableReader<Stamped>;
+    using Writer = HBXTableWriter<Stamped>;
+};
+
+enum class Colour { Red, Green };
+
+struct Everything : Stamped {
+    int number = 0;
+    std::int64_t large = 0;
+    bool flag = false;
+    double real = 0;
+    std::string text;
+    std::string bytes;
+    std::string fragment;
+    std::int64_t time = 0;
+    Colour colour = Colour::Red;
+    Code code;
+    Leaf leaf;
+
+    HBXOptionalProperty<int> maybeNumber;
+    HBXOptionalProperty<bool> maybeFlag;
+    HBXOptionalProperty<double> maybeReal;
+    HBXOptionalProperty<std::string> maybeText;
+    HBXOptionalProperty<std::string> maybeBytes;
+    HBXOptionalProperty<std::string> maybeFragment;
+    HBXOptionalProperty<std::int64_t> maybeTime;
+    HBXOptionalProperty<Code> maybeCode;
+    HBXOptionalProperty<Leaf> maybeLeaf;
+
+    int plainNumber = 3;
+    std::string plainText = "plain";
+    Code plainCode{"PLAIN"};
+    Leaf plainLeaf;
+
+    std::vector<int> numbers;
+    std::vector<std::string> texts;
+    std::vector<Code> codes;
+    std::vector<Leaf> leaves;
+    std::set<std::string> words;
+    std::set<Leaf> leafSet;
+    std::vector<Leaf> bareLeaves;
+    std::set<int> bareNumbers;
+
+    boost::shared_ptr<Shape> shape;
+    std::vector<boost::shared_ptr<Shape>> shapes;
+    std::vector<Everything> nested;
+    int byHand = 5;
+
+    static const HBXRecordTable table;
+    using Reader = HBXTableReader<Everything>;
+    using Writer = HBXTableWriter<Everything>;
+};
+
+/// Its items are of its own kind and lie directly below it.
+struct Chain {
+    std::vector<Chain> links;
+
+    static const HBXRecordTable table;
+    using Reader = HBXTableReader<Chain>;
+    using Writer = HBXTableWriter<Chain>;
+};
+
+} // namespace HBX::test
