@@ -67,18 +67,25 @@ public:
         return node.kind != ValueKind::None;
     }
     template <class Function>
-    int callAt(Place at, const Function& function) const {
+    int callAt(Place at, const Function& function) {
         const NodeIndex back = cursor_.node_;
         cursor_.moveTo(at);
+        const std::uint32_t generation = tree_[at].generation;
         const int result = function(cursor_);
+        if (!tree_.alive(at, generation)) {
+            lost_ = true; // a reader has changed the message below itself
+            return -1;
+        }
         cursor_.moveTo(back);
         return result;
     }
+    [[nodiscard]] bool lost() const { return lost_; }
     [[nodiscard]] std::uint32_t& recordDepth() const { return cursor_.recordDepth_; }
 
 private:
     const HBXBinaryIterator& cursor_;
     const Tree& tree_;
+    bool lost_ = false;
 };
 
 /// What writing a record by its table needs of a tree.
@@ -86,13 +93,24 @@ class TreeSink {
 public:
     explicit TreeSink(HBXBinaryIterator& cursor)
         : cursor_(cursor), tree_(*cursor.tree_), at_(cursor.node_), top_(cursor.node_) {}
-    ~TreeSink() { cursor_.moveTo(top_); }
+    ~TreeSink() {
+        if (!lost_) {
+            cursor_.moveTo(top_);
+        }
+    }
     TreeSink(const TreeSink&) = delete;
     TreeSink& operator=(const TreeSink&) = delete;
 
-    HBXMessageIterator& cursor() {
+    template <class Function>
+    int call(const Function& function) {
         cursor_.moveTo(at_);
-        return cursor_;
+        const std::uint32_t generation = tree_[at_].generation;
+        const int result = function(cursor_);
+        if (!tree_.alive(at_, generation)) {
+            lost_ = true; // a writer has removed the element that it was to fill
+            return -1;
+        }
+        return result;
     }
     [[nodiscard]] bool hasChildren() const { return tree_[at_].first != kNoNode; }
     void removeFirst(int id) {
@@ -105,7 +123,11 @@ public:
         at_ = append(id);
         return 0;
     }
-    void close() { at_ = tree_[at_].parent; }
+    void close() {
+        if (!lost_) {
+            at_ = tree_[at_].parent;
+        }
+    }
     void expect(const HBXRecordTable&) {}
     int value(int id, const HBXElementHead&, std::string_view text) {
         const bool good = id == 0
@@ -137,6 +159,7 @@ private:
     Tree& tree_;
     NodeIndex at_;        ///< the current element; the cursor is taken there only when somebody needs it
     const NodeIndex top_; ///< where the record began
+    bool lost_ = false;
 };
 
 } // namespace internal

@@ -58,6 +58,8 @@ public:
     /// Replaces all by what the bytes hold (binary form).
     virtual int init(const char* data, int length) = 0;
 
+    // A `from` below is a cursor over the tree of a message.
+
     /// The binary form, from malloc: `from` null or at the root gives the whole message, else a message
     /// without envelope whose root has the content of that element. `flags` has no effect on the content.
     virtual int serialize(char** out, int* length, const HBXMessageIterator* from, int flags) const = 0;

@@ -27,6 +27,8 @@ int byName(const HBXMessageIterator& it, const std::string& name, const Get& get
     return get(id == 0 ? -1 : id);
 }
 
+bool isNoView(const char* data, int length) { return length < 0 || (data == nullptr && length > 0); }
+
 std::string_view viewOf(const char* data, int length) {
     return data == nullptr || length <= 0 ? std::string_view()
                                           : std::string_view(data, static_cast<std::size_t>(length));
@@ -189,7 +191,7 @@ int HBXMessageIterator::putValue(int value, int id) {
 int HBXMessageIterator::putValue(const std::string& value, int id) { return putRawValue(id, value, false); }
 
 int HBXMessageIterator::putValue(const char* data, int length, int id) {
-    return length < 0 ? -1 : putRawValue(id, viewOf(data, length), false);
+    return isNoView(data, length) ? -1 : putRawValue(id, viewOf(data, length), false);
 }
 
 int HBXMessageIterator::putValueLongLong(std::int64_t value, int id) {
@@ -213,7 +215,7 @@ int HBXMessageIterator::putValueBase64(const std::string& value, int id) {
 }
 
 int HBXMessageIterator::putValueBase64(const char* data, int length, int id) {
-    return length < 0 ? -1 : putValueBase64(std::string(viewOf(data, length)), id);
+    return isNoView(data, length) ? -1 : putValueBase64(std::string(viewOf(data, length)), id);
 }
 
 int HBXMessageIterator::putValueXML(const std::string& value, int id) { return putRawValue(id, value, true); }

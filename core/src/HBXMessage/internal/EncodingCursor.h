@@ -73,7 +73,10 @@ public:
     int idOfName(std::string_view name) const override;
 
     // What writing a record by its table needs besides. The table says beforehand which ids it writes.
-    HBXMessageIterator& cursor() { return *this; }
+    template <class Function>
+    int call(const Function& function) {
+        return function(*this);
+    }
     [[nodiscard]] bool hasChildren() const { return top().state == State::Block; }
     void removeFirst(int id) { seek(id); } // gives up if there is one
     void expect(const HBXRecordTable& table) { top().written |= table.writtenIds; }

@@ -273,8 +273,7 @@ int InPlaceCursor::readTable(void* record, const HBXRecordTable& table) const {
 HBXMessage* InPlaceCursor::message() const {
     if (!message_) {
         message_ = adoptMessage(HBXMsgFactory::createNew());
-        message_->init(bytes_.data(),
-                       static_cast<int>(bytes_.size())); // stays empty when the bytes are damaged
+        damaged_ = message_->init(bytes_.data(), static_cast<int>(bytes_.size())) != 0; // it then stays empty
     }
     return message_.get();
 }
@@ -299,7 +298,8 @@ HBXMessageIterator* InPlaceCursor::treeCursor() const {
 }
 
 int InPlaceCursor::serialize(char** out, int* length, int flags) const {
-    return message()->serialize(out, length, nullptr, flags);
+    HBXMessage* whole = message();
+    return damaged_ ? -1 : whole->serialize(out, length, nullptr, flags);
 }
 
 int InPlaceCursor::serializeFromChild(char** out, int* length) const {
@@ -307,7 +307,10 @@ int InPlaceCursor::serializeFromChild(char** out, int* length) const {
     return cursor ? cursor->serializeFromChild(out, length) : -1;
 }
 
-char* InPlaceCursor::toText() const { return message()->toText(nullptr, ""); }
+char* InPlaceCursor::toText() const {
+    HBXMessage* whole = message();
+    return damaged_ ? nullptr : whole->toText(nullptr, "");
+}
 
 char* InPlaceCursor::toTextFromChild() const {
     const std::unique_ptr<HBXMessageIterator> cursor(treeCursor());

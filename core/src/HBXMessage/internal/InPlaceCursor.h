@@ -127,6 +127,7 @@ public:
         depth_ = back;
         return result;
     }
+    static constexpr bool lost() { return false; }
     [[nodiscard]] std::uint32_t& recordDepth() const { return recordDepth_; }
 
 protected:
@@ -182,6 +183,7 @@ private:
     mutable Place depth_ = 1;
     mutable std::uint32_t recordDepth_ = 0;
     mutable boost::intrusive_ptr<HBXMessage> message_;
+    mutable bool damaged_ = false;
     mutable std::array<Slot, kMaxDepth + 3> slots_; // [0] encloses the root, [1] is the root
 };
 

@@ -27,6 +27,7 @@ namespace HBX::internal {
 ///   Ref id(Place)
 ///   bool text(Place, std::string_view&, bool& xml) false without a value
 ///   int callAt(Place, function)                    runs the function with the cursor standing there
+///   bool lost()                                    a function has removed what is being read
 ///   std::uint32_t& recordDepth()                   records being read at present, one within the other
 template <class Source>
 class TableReader {
@@ -155,7 +156,7 @@ private:
         if (row.kind == HBXKind::Record ? readFresh(child, row, value) : readValue(child, row, value)) {
             table.markSet(row, record);
         }
-        return true; // an unreadable optional leaves its member alone
+        return !source_.lost(); // an unreadable optional leaves its member alone
     }
 
     bool readValue(Place at, const HBXRow& row, void* value) {

@@ -13,7 +13,7 @@ namespace HBX::internal {
 /// Writes records as children of the sink's current element, in the order of their rows.
 ///
 /// `Sink` is a concrete cursor:
-///   HBXMessageIterator& cursor()
+///   int call(function)                             runs the function with the cursor on the current element
 ///   bool hasChildren(), void removeFirst(int id)
 ///   void expect(table)                             the rows of this table come next
 ///   int open(int id, u64 ids), void close()        a new child, and back to its parent; `ids` not 0 when it
@@ -37,7 +37,7 @@ public:
             return writeText(record, *table.text);
         }
         if (table.write != nullptr) {
-            return table.write(sink_.cursor(), record);
+            return sink_.call([&](HBXMessageIterator& it) { return table.write(it, record); });
         }
         if (table.base != nullptr) {
             if (const int result = write(table.toBase(record), *table.base); result != 0) {
@@ -136,7 +136,8 @@ private:
         if (sink_.open(id, 0) != 0) {
             return -1;
         }
-        const int result = row.type->pointer->write(sink_.cursor(), value);
+        const int result =
+            sink_.call([&](HBXMessageIterator& it) { return row.type->pointer->write(it, value); });
         sink_.close();
         return result;
     }
