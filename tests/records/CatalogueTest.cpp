@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <set>
+#include <thread>
+#include <vector>
 
 #include <HBXFunctionalityCore/HBXFunctionalityCore.h>
 #include <HBXMessage/HBXDerivedParsers.h>
@@ -157,6 +160,29 @@ TEST(Catalogue, EveryTriggerIsFoundByTheMarkItWrites) {
         it->setComplexType(292, 294); // the base itself is not registered
         EXPECT_EQ(HBXReaderDerived<HBXSchedulerTrigger>()(*it, back), -1);
     }
+}
+
+TEST(Catalogue, ThreadsEncodeAndDecodeSideBySide) {
+    std::vector<std::thread> threads;
+    std::atomic<int> failures{0};
+    for (unsigned seed = 0; seed < 4; ++seed) {
+        threads.emplace_back([seed, &failures] {
+            std::mt19937_64 random(seed);
+            std::string bytes;
+            for (int round = 0; round < kRounds; ++round) {
+                const auto trigger = makeSample<HBXSchedulerMonthlyDayOfWeekTrigger>(random);
+                HBXSchedulerMonthlyDayOfWeekTrigger back;
+                failures +=
+                    encodeRecord(trigger, bytes) == 0 && decodeRecord(bytes, back) == 0 && back == trigger
+                        ? 0
+                        : 1;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(failures, 0);
 }
 
 } // namespace

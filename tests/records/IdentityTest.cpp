@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 #include <set>
-#include <thread>
 
 #include <HBXFunctionalityCore/HBXFunctionalityCore.h>
 

@@ -105,7 +105,7 @@ public:
             abortFamily(238);
         }
         const auto family = HBXDerivedParserFactory<Base, Root>::factoryInternalData();
-        if (!family->byName.emplace(qualifiedName(), this).second) {
+        if (!family->byName.emplace(HBXDerivedParserFactoryT::qualifiedName(), this).second) {
             abortFamily(269);
         }
         if (!family->byClass.emplace(className, this).second) {
