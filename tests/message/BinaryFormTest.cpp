@@ -49,103 +49,32 @@ void expectCanonical(const std::string& bytes, std::string_view what) {
     EXPECT_EQ(bytes[5] == 0 ? bytesOf(message) : bytesFromChild(*cursor), bytes) << what;
 }
 
-TEST(BinaryForm, KeepsEveryPieceItKnows) {
-    const std::string all = nameList({"own", "uri", "kind", "attr"}) + namedHead(0, kFlags) + '\x37' +
-                            varint(3) + varint(1) + varint(5) + sized("text") + varint(2) + varint(7) +
-                            sized("d") + varint(2 * 1026) + sized("n") + sized(emptyNode(7));
-    const std::pair<std::string, const char*> rows[] = {
-        {messageBytes(emptyNode(0)), "nothing"},
-        {messageBytes(textNode(0, "")), "a root with an empty text"},
-        {messageOf(textNode(1026, "a") + emptyNode(1026) + parentNode(0x3FFFFFFF, emptyNode(1))),
-         "plain forms"},
-        {messageBytes(flaggedNode(0, 4 | 32, sized("x") + sized(emptyNode(5)))), "value beside children"},
-        {messageOf(flaggedNode(5, 4 | 8, sized("<a/>"))), "an XML value"},
-        {messageOf(flaggedNode(5, 2, varint(0) + varint(2))), "a type without namespace"},
-        {elementBytes(all.substr(all.find(namedHead(0, kFlags) + '\x37')),
-                      nameList({"own", "uri", "kind", "attr"})),
-         "everything at once"},
-        {messageBytes(emptyNode(0), kNone,
-                      varint(4) + '\x01' + sized("o") + '\x02' + sized("t") + '\x02' + sized("t") + '\x09' +
-                          sized("-9223372036854775808")),
-         "an envelope"},
-    };
-    for (const auto& [bytes, what] : rows) {
-        expectCanonical(bytes, what);
-    }
-}
-
 TEST(BinaryForm, RefusesWhatIsNotWellFormed) {
     const std::string lengthened = messageOf(emptyNode(1)) + "x";
-    std::string reserved = messageOf(emptyNode(1));
-    reserved[7] = 1;
     const std::pair<std::string, const char*> rows[] = {
         {"", "no bytes"},
         {std::string("HBXN") + messageOf(emptyNode(1)).substr(4), "another magic"},
-        {withHeader(kNone + kNone + emptyNode(0), 0, 2), "another version"},
-        {withHeader(kNone + kNone + emptyNode(0), 2), "another form"},
-        {reserved, "reserved bytes"},
         {lengthened, "bytes behind the body"},
-        {messageBytes(emptyNode(0) + emptyNode(1)), "bytes behind the root"},
-        {messageOf(emptyNode(0)), "number 0 inside"},
-        {elementBytes(emptyNode(0)), "number 0 alone"},
-        {messageBytes(emptyNode(1)), "a root with a number"},
         {messageBytes(namedHead(0, kEmpty), nameList({"a"})), "a root with a name"},
-        {messageOf(emptyNode(0x40000000)), "a number too large"},
         {messageOf(namedHead(0, kEmpty)), "a name index without names"},
-        {messageBytes(parentNode(0, namedHead(1, kEmpty) + namedHead(0, kEmpty)), nameList({"a", "b"})),
-         "names out of turn"},
         {messageBytes(parentNode(0, namedHead(0, kEmpty)), nameList({"a", "b"})), "a name that is not used"},
-        {messageBytes(parentNode(0, namedHead(0, kEmpty) + namedHead(1, kEmpty)), nameList({"a", "a"})),
-         "a name listed twice"},
-        {messageBytes(parentNode(0, namedHead(0, kEmpty)), nameList({""})), "an empty name"},
-        {messageBytes(parentNode(0, namedHead(0, kEmpty)), nameList({std::string(1025, 'n')})),
-         "a name too long"},
-        {messageBytes(parentNode(0, namedHead(0, kEmpty)), nameList({std::string_view("a\0b", 3)})),
-         "a zero byte in a name"},
         {messageOf(flaggedNode(1, 64 | 4, sized("x"))), "an unknown flag"},
-        {messageOf(flaggedNode(1, 8, "")), "XML without a value"},
         {messageOf(flaggedNode(1, 8 | 1, varint(566))), "XML without a value, beside a namespace"},
         {messageOf(flaggedNode(1, 0, "")), "flags where the empty form would do"},
-        {messageOf(flaggedNode(1, 4, sized("x"))), "flags where the text form would do"},
-        {messageOf(flaggedNode(1, 32, sized(emptyNode(1)))), "flags where the children form would do"},
-        {messageOf(flaggedNode(1, 1, varint(0))), "a namespace that is none"},
-        {messageOf(flaggedNode(1, 2, varint(0) + varint(0))), "a type that is none"},
         {messageOf(flaggedNode(1, 1, varint(0x80000000))), "a namespace number too large"},
-        {messageOf(flaggedNode(1, 16, varint(0))), "no attributes"},
-        {messageOf(flaggedNode(1, 16, varint(1) + varint(0) + sized(""))), "attribute number 0"},
-        {messageOf(flaggedNode(1, 16, varint(2) + varint(4) + sized("") + varint(4) + sized(""))),
-         "one twice"},
         {messageOf(flaggedNode(1, 16, varint(2) + varint(4) + sized("") + varint(2) + sized(""))),
          "out of order"},
-        {messageBytes(
-             parentNode(0, flaggedNode(1, 16, varint(2) + varint(1) + sized("") + varint(3) + sized(""))),
-             nameList({"b", "a"})),
-         "new attribute names out of order"},
         {messageBytes(
              parentNode(0,
                         flaggedNode(1, 16, varint(2) + varint(1) + sized("") + varint(2 * 1026) + sized(""))),
              nameList({"name"})),
          "one attribute by number and by name"},
-        {messageOf(head(1, kChildren) + varint(0)), "an empty block of children"},
         {messageOf(head(1, kChildren) + varint(3) + emptyNode(1)), "a block beyond its parent"},
         {messageOf(parentNode(1, head(1, kText) + varint(1)) + "x"), "a text beyond its block"},
-        {messageOf(parentNode(1, flaggedNode(1, 1, "\x82")) + "\x01"), "a namespace beyond its block"},
-        {messageOf(parentNode(1, flaggedNode(1, 2, "\x02")) + "\x02"), "a type beyond its block"},
         {messageOf(head(1, kText) + "\x81" + kNone + "x"), "a padded length"},
-        {messageOf(std::string("\x8A\x80", 2) + kNone), "a padded number"},
         {messageOf(head(1, kText) + "\xFF\xFF\xFF\xFF\x0F"), "a length of 4 GiB"},
-        {messageOf(head(1, kText) + "\x80\x80\x80\x80\x80\x01"), "a length of six bytes"},
-        {messageBytes(emptyNode(0), varint(65537)), "too many names"},
-        {messageBytes(emptyNode(0), kNone, varint(1) + kNone + sized("x")), "envelope field 0"},
-        {messageBytes(emptyNode(0), kNone, varint(1) + '\x0F' + sized("x")), "an unknown envelope field"},
-        {messageBytes(emptyNode(0), kNone, varint(2) + '\x03' + sized("x") + '\x03' + sized("x")),
-         "a field twice"},
-        {messageBytes(emptyNode(0), kNone, varint(2) + '\x03' + sized("x") + '\x01' + sized("x")),
-         "fields unordered"},
         {messageBytes(emptyNode(0), kNone, varint(1) + '\x04' + sized("+1")),
          "an envelope number with a plus"},
-        {messageBytes(emptyNode(0), kNone, varint(1) + '\x04' + sized("2147483648")),
-         "an envelope number too large"},
         {messageBytes("", kNone, varint(0xFFFFFFFF)), "an absurd number of fields"},
     };
     for (const auto& [bytes, what] : rows) {

@@ -30,9 +30,9 @@ struct Marked {
 
     struct Reader {
         int operator()(const It& it, Marked& v) const {
-            std::string text;
-            if (it.getValue(text, 1026) == 0) {
-                v.text.set(text);
+            std::string found;
+            if (it.getValue(found, 1026) == 0) {
+                v.text.set(found);
             }
             return it.getValue(v.number, 1010) == 0 ? 0 : -1;
         }
@@ -116,7 +116,6 @@ TEST(Combinators, WritersWrapEveryItemAndStopAtAFailure) {
     EXPECT_EQ(writer(*it, std::vector<int>{}), 0);
     EXPECT_EQ(writer(*it, std::set<int>{4, 3}), 0);
     EXPECT_EQ(it->curID(), 0);
-    EXPECT_THAT(takeText(it->toText()), ::testing::HasSubstr("hbx:id=\"1\"/>"));
     std::vector<int> back;
     EXPECT_EQ(it->deleteChild(1), 0);
     writer(*it, std::vector<int>{3, 4, 3});
@@ -166,77 +165,26 @@ TEST(Combinators, PointersAreReplacedOnlyByAGoodRead) {
     it->putValue("bad", 0);
     EXPECT_EQ(Read()(*it, pointer), -1);
     EXPECT_EQ(pointer, old);
-    std::vector<boost::shared_ptr<int>> list;
-    EXPECT_EQ((HBXReaderListT<int, Read>(Read(), 2, 1)(*it, list)), -1);
-    ASSERT_EQ(list.size(), 2U);
-    EXPECT_EQ(*list[1], 4);
-
     using Write = HBXWriterPointerT<Full, Full::Writer>;
     const Cursor out = newCursor();
     EXPECT_EQ((HBXWriterIDT<int, Write>(Write(), 5)(*out, boost::shared_ptr<Full>())), -1);
     EXPECT_EQ(out->curID(), 0);
     EXPECT_EQ(out->seek(5), 0) << "an empty child stays";
     EXPECT_EQ(out->firstChild(), -1);
-    out->deleteFromChild();
-    EXPECT_EQ((HBXWriterIDT<int, Write>(Write(), 5)(*out, boost::make_shared<Full>())), 0);
-    const Full record;
-    EXPECT_EQ((HBXWriterIDT<int, Write>(Write(), 5)(*out, &record)), 0);
-    out->firstChild();
-    EXPECT_EQ(out->curType(), "scheduler:daily_trigger");
-    out->nextSibling();
-    EXPECT_EQ(out->curType(), "scheduler:daily_trigger");
-}
-
-TEST(Combinators, GetObjectByIdIsMandatory) {
-    const Cursor it = newCursor();
-    Plain record;
-    record.number = 5;
-    record.text.set("kept");
-    EXPECT_EQ(it->getObject(record, 1), -1);
-    EXPECT_EQ(record.number, 5);
-    EXPECT_EQ(it->getObject(record, 0), -1) << "the mandatory member is not there";
-    it->newChild(1);
-    it->putValue(6, 1010);
-    it->seekUp();
-    EXPECT_EQ(it->getObject(record, 1), 0);
-    EXPECT_EQ(record.number, 6);
-    EXPECT_EQ(record.text.get(), "kept");
-    record.text.set("");
-    it->putObject(record, 2);
-    Plain back;
-    EXPECT_EQ(it->getObject(back, 2), 0);
-    EXPECT_TRUE(back.text == record.text) << "set to nothing is set";
 }
 
 TEST(Combinators, PutObjectReplacesTheFirstAndMovesToTheEnd) {
-    for (const int olds : {0, 1, 2, 3}) {
-        const Cursor it = newCursor();
-        for (int i = 0; i < olds; ++i) {
-            it->newChild(1);
-            it->putValue(i, 1010);
-            it->seekUp();
-        }
-        it->newChild(9);
-        it->seekUp();
-        Plain record;
-        record.number = 77;
-        EXPECT_EQ(it->putObject(record, 1), 0);
-        std::vector<int> ids;
-        std::vector<int> numbers;
-        for (int more = it->firstChild(); more == 0; more = it->nextSibling()) {
-            int number = -1;
-            it->getValue(number, 1010);
-            ids.push_back(it->curID());
-            numbers.push_back(number);
-        }
-        std::vector<int> expected;
-        for (int i = 1; i < olds; ++i) {
-            expected.push_back(i);
-        }
-        expected.insert(expected.end(), {-1, 77});
-        EXPECT_EQ(numbers, expected) << olds;
-        EXPECT_EQ(ids.back(), 1);
+    const Cursor list = newCursor();
+    for (const int id : {1, 9, 1}) {
+        list->newChild(id);
+        list->putValue(id, 1010);
+        list->seekUp();
     }
+    EXPECT_EQ(list->putObject(Plain{77, {}}, 1), 0);
+    EXPECT_THAT(
+        takeText(list->toText()),
+        ::testing::HasSubstr("<hbx:element hbx:id=\"9\"><id>9</id></hbx:element><hbx:element "
+                             "hbx:id=\"1\"><id>1</id></hbx:element><hbx:element hbx:id=\"1\"><id>77</id>"));
     const Cursor it = newCursor();
     Plain record;
     record.text.set("new");
@@ -286,28 +234,28 @@ struct Outer : HBXPlainMarks {
     }
 };
 
+std::string namespacesBelow(const It& it) {
+    std::string shown;
+    for (int more = it.firstChild(); more == 0; more = it.nextSibling()) {
+        shown += std::to_string(it.curNamespaceID()) + ' ';
+        shown += namespacesBelow(it);
+    }
+    if (!shown.empty()) {
+        it.seekUp();
+    }
+    return shown;
+}
+
 TEST(Combinators, SavedNamespaceHasNoStack) {
     const auto namespaces = [](auto outer) {
         const Cursor it = newCursor();
         EXPECT_EQ((HBXWriterIDT<int, decltype(outer)>(outer, 5, 283)(*it, 0)), 0);
         it->putValue(1, 6);
-        std::vector<int> found;
-        for (const char* path : {"", "1", "2", "2/1010", "3", "6"}) {
-            it->seekRoot();
-            it->seek(path[0] == '6' ? 6 : 5);
-            if (path[0] != '\0' && path[0] != '6') {
-                it->seek(path[0] - '0');
-                it->seek(1010);
-                if (path[1] == '\0' && it->curID() == 1010) {
-                    it->seekUp();
-                }
-            }
-            found.push_back(it->curNamespaceID());
-        }
-        return found;
+        it->seekRoot();
+        return namespacesBelow(*it);
     };
-    EXPECT_THAT(namespaces(Outer<Full>()), ::testing::ElementsAre(283, 292, 292, 283, 0, 0));
-    EXPECT_THAT(namespaces(Outer<Plain>()), ::testing::ElementsAre(283, 292, 292, 292, 292, 0));
+    EXPECT_EQ(namespaces(Outer<Full>()), "283 292 292 283 0 0 ");
+    EXPECT_EQ(namespaces(Outer<Plain>()), "283 292 292 292 292 0 ");
 }
 
 TEST(Combinators, MisuseAbortsAtItsLine) {

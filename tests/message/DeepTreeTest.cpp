@@ -91,6 +91,9 @@ TEST(DeepTree, WideTreesAreWrittenUpToTheLimitToo) {
     }
     EXPECT_EQ(bytesOf(*attributes), "");
     EXPECT_EQ(attributes->toText(), nullptr);
+    const Cursor value = newCursor();
+    value->putValue(std::string((256 << 20) - 40, 'x'), 5);
+    EXPECT_EQ(value->toText(), nullptr);
 }
 
 } // namespace

@@ -100,27 +100,19 @@ struct Everything : Stamped {
     Leaf leaf;
 
     HBXOptionalProperty<int> maybeNumber;
-    HBXOptionalProperty<bool> maybeFlag;
-    HBXOptionalProperty<double> maybeReal;
     HBXOptionalProperty<std::string> maybeText;
-    HBXOptionalProperty<std::string> maybeBytes;
     HBXOptionalProperty<std::string> maybeFragment;
-    HBXOptionalProperty<std::int64_t> maybeTime;
     HBXOptionalProperty<Code> maybeCode;
     HBXOptionalProperty<Leaf> maybeLeaf;
 
     int plainNumber = 3;
-    std::string plainText = "plain";
     Code plainCode{"PLAIN"};
     Leaf plainLeaf;
 
     std::vector<int> numbers;
-    std::vector<std::string> texts;
-    std::vector<Code> codes;
     std::vector<Leaf> leaves;
     std::set<std::string> words;
     std::set<Leaf> leafSet;
-    std::vector<Leaf> bareLeaves;
     std::set<int> bareNumbers;
 
     boost::shared_ptr<Shape> shape;

@@ -27,9 +27,19 @@ const std::array<std::string, 9> kNames = {"own",
                                            std::string(1024, 'x'),
                                            "4711"};
 constexpr int kNumbers[] = {1026, 1018, 1021, 77, 0x3FFFFFFF};
-const std::array<std::string, 10> kTexts = {
-    "",     " \t\n", "text",     "&lt;<a b=\"c\">]]>", std::string("\0\xFF\r\n", 4),
-    "\r\n", " lead", "trail \r", "\xC3\xA4",           "\xED\xA0\x80"};
+const std::array<std::string, 13> kTexts = {"",
+                                            " \t\n",
+                                            "text",
+                                            "&lt;<a b=\"c\">]]>",
+                                            std::string("\0\xFF\r\n", 4),
+                                            "\r\n",
+                                            " lead",
+                                            "trail \r",
+                                            "\xC3\xA4",
+                                            "\xED\xA0\x80",
+                                            "\xF0\x9F\x98\x80",
+                                            "\xEF\xBF\xBF",
+                                            "long enough text \xC0\x80]"};
 
 struct Mark {
     int number = 0;
@@ -112,16 +122,8 @@ void setMarks(HBXMessageIterator& it, const Model& model) {
     model.ns.name.empty() ? it.setNamespace(model.ns.number) : it.setNamespace(model.ns.name);
     if (model.typeNs.name.empty() && model.type.name.empty()) {
         it.setComplexType(model.typeNs.number, model.type.number);
-    } else if (model.typeNs.number == 0 && model.type.number == 0) {
+    } else {
         it.setComplexType(model.typeNs.name, model.type.name);
-    } else { // one by number, one by name: by way of a namespace or a type that has the number
-        const Cursor scratch = secondCursor(it);
-        scratch->newChild(1);
-        scratch->setNamespace(model.typeNs.name.empty() ? model.type.name : model.typeNs.name);
-        const int named = scratch->curNamespaceID();
-        scratch->deleteFromChild();
-        it.setComplexType(model.typeNs.name.empty() ? model.typeNs.number : named,
-                          model.type.name.empty() ? model.type.number : named);
     }
 }
 
@@ -178,6 +180,23 @@ std::string show(const HBXMessageIterator& it) {
     return dump + '}';
 }
 
+/// Whole trees, parts and copies out of either cursor.
+void expectSameParts(const HBXMessageIterator& a, const HBXMessageIterator& b) {
+    for (int more = 0; more == 0; more = a.firstChild() + b.firstChild()) {
+        const Cursor fromA = newCursor();
+        const Cursor fromB = newCursor();
+        EXPECT_EQ(fromA->copyToChild(&a), fromB->copyToChild(&b));
+        EXPECT_EQ(bytesOf(*fromA), bytesOf(*fromB));
+        EXPECT_EQ(bytesOf(a), bytesOf(b));
+        EXPECT_EQ(bytesFromChild(a), bytesFromChild(b));
+        EXPECT_EQ(takeText(a.toTextFromChild()), takeText(b.toTextFromChild()));
+        EXPECT_EQ(bytesOf(adoptMessage(a.copyMessage())), bytesOf(adoptMessage(b.copyMessage())));
+        EXPECT_EQ(secondCursor(a)->curName(), b.curName());
+    }
+    a.seekRoot();
+    b.seekRoot();
+}
+
 TEST(TreeProperty, RandomTreesSurviveBothFormsAndDeepCopies) {
     Random random(1);
     for (int round = 0; round < 400; ++round) {
@@ -194,6 +213,7 @@ TEST(TreeProperty, RandomTreesSurviveBothFormsAndDeepCopies) {
         EXPECT_EQ(readInPlace(bytes,
                               [&](const HBXMessageIterator& inPlace) {
                                   EXPECT_EQ(show(inPlace), dump) << round;
+                                  expectSameParts(inPlace, *it);
                                   return 0;
                               }),
                   0);
@@ -204,6 +224,14 @@ TEST(TreeProperty, RandomTreesSurviveBothFormsAndDeepCopies) {
             EXPECT_EQ(bytesOf(fromText), bytes) << round << '\n' << text;
         }
         EXPECT_EQ(bytesOf(adoptMessage(it->getMessage()->copy(true))), bytes) << round;
+        if (it->firstChild() == 0) {
+            const Cursor copy = newCursor();
+            copy->copyToChild(it.get());
+            const Cursor element = newCursor();
+            EXPECT_EQ(element->fromTextToChild(takeText(it->toTextFromChild()).c_str()), 0);
+            EXPECT_EQ(bytesOf(*element), bytesOf(*copy)) << round;
+            it->seekRoot();
+        }
         const Cursor elsewhere = newCursor();
         elsewhere->newChild(kNames[1]);
         elsewhere->copyToChild(it.get());

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <malloc.h>
 
@@ -95,6 +96,20 @@ inline int encode(const Writing& writing, std::string& bytes) {
         {[](HBXMessageIterator& it, const void* raw) { return (*static_cast<const Writing*>(raw))(it); },
          &writing},
         bytes);
+}
+
+/// The results of every change that a cursor offers.
+inline std::vector<int> tryEveryChange(HBXMessageIterator& it) {
+    const Cursor other = newCursor();
+    return {it.newChild(1026),           it.newChild("n"),
+            it.putChild(1026),           it.deleteChild(1026),
+            it.deleteFromChild(),        it.setNamespace(283),
+            it.setNamespace("n"),        it.saveNamespace(283),
+            it.saveNamespace("n"),       it.setNamespaceChild(283),
+            it.setComplexType(283, 295), it.setComplexType("n", "t"),
+            it.putValue(1, 0),           it.putValue("x", 1026),
+            it.putValue("x", "n"),       it.putAttr("x", 1026),
+            it.copyToChild(other.get()), it.fromTextToChild("<a/>")};
 }
 
 /// Bytes that the program holds at present.
