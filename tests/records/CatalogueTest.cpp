@@ -162,6 +162,28 @@ TEST(Catalogue, EveryTriggerIsFoundByTheMarkItWrites) {
     }
 }
 
+TEST(Catalogue, EntriesOfReadersAndWritersAreTracedOnceEach) {
+    std::vector<std::string> lines;
+    const HBXLogSink sink = setLogSink([&](const HBXLogLine& line) { lines.emplace_back(line.text); });
+    const int level = debug_level.exchange(4);
+    const Cursor it = newCursor();
+    it->putObject(HBXTimeZone(), 3312); // by hand
+    it->putObject(HBXEIDList(), 3033);  // by its table
+    boost::shared_ptr<HBXSchedulerTrigger> trigger = boost::make_shared<HBXSchedulerDailyTrigger>();
+    HBXWriterIDT(HBXWriterDerived<HBXSchedulerTrigger>(), 3071)(*it, trigger);
+    HBXTimeZone zone;
+    it->getObject(zone, 3312);
+    it->seek(3071);
+    HBXReaderDerived<HBXSchedulerTrigger>()(*it, trigger);
+    debug_level = level;
+    setLogSink(sink);
+    EXPECT_THAT(lines, testing::ElementsAre("Calling [HBX::HBXTimeZone::Writer::operator ()]",
+                                            "Calling [HBX::HBXEIDList::Writer::operator ()]",
+                                            "Calling [HBX::HBXSchedulerDailyTrigger::Writer::operator ()]",
+                                            "Calling [HBX::HBXTimeZone::Reader::operator ()]",
+                                            "Calling [HBX::HBXSchedulerDailyTrigger::Reader::operator ()]"));
+}
+
 TEST(Catalogue, ThreadsEncodeAndDecodeSideBySide) {
     std::vector<std::thread> threads;
     std::atomic<int> failures{0};

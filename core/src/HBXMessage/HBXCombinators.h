@@ -5,6 +5,7 @@
 #include <boost/smart_ptr/make_shared_object.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include <HBXCommon/HBXLog.h>
 #include <HBXMessage/HBXMessageIterator.h>
 
 /// The readers and writers from which records written by hand are composed. A reader is called with a cursor
@@ -226,9 +227,25 @@ private:
 template <class T, class Writer>
 using HBXWriterPointerT = HBXWriterPointerDataT<T, Writer>;
 
+namespace internal {
+
+/// The entry of a reader or writer written by hand; those that follow from a table are traced with the table.
+template <class Functor, class T>
+void traceEntry(const char* name) {
+    if constexpr (
+        requires { T::table; } && !requires { Functor::kFollowsTable; }) {
+        if (debug_level.load(std::memory_order_relaxed) >= 4) [[unlikely]] {
+            traceRecord(T::table, name);
+        }
+    }
+}
+
+} // namespace internal
+
 template <class T>
 int HBXMessageIterator::getObject(T& value, int id) const {
     typename T::Reader reader;
+    internal::traceEntry<typename T::Reader, T>("Reader");
     if (id == 0) {
         return reader(*this, value);
     }
@@ -268,6 +285,7 @@ int HBXMessageIterator::putObjectInternal(const W& writer, const T& value) {
     } else if (*typeName != '\0') {
         setComplexType(nsName, typeName);
     }
+    internal::traceEntry<W, T>("Writer");
     const int result = writer(*this, value);
     if (nsid != 0 || *nsName != '\0') {
         saveNamespace(0);

@@ -74,6 +74,7 @@ public:
 
     int read(const HBXMessageIterator& it, boost::shared_ptr<Base>& object) override {
         auto made = boost::make_shared<Derived>();
+        internal::traceEntry<Reader, Derived>("Reader");
         const int result = Reader()(it, *made);
         if (result == 0) {
             object = std::move(made);

@@ -38,11 +38,13 @@ struct HBXWriterMarks {
 
 template <class T>
 struct HBXTableReader {
+    static constexpr bool kFollowsTable = true;
     int operator()(const HBXMessageIterator& it, T& value) const { return it.readTable(&value, T::table); }
 };
 
 template <class T>
 struct HBXTableWriter : HBXWriterMarks<T> {
+    static constexpr bool kFollowsTable = true;
     int operator()(HBXMessageIterator& it, const T& value) const { return it.writeTable(&value, T::table); }
 };
 
