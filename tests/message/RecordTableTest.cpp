@@ -113,8 +113,12 @@ private:
 
     static int optional(const It& it, Everything& v) {
         readOptional<int, &It::getValue>(it, v.maybeNumber, 14);
+        readOptional<bool, &It::getValue>(it, v.maybeFlag, 15);
+        readOptional<double, &It::getValueDouble>(it, v.maybeReal, 16);
         readOptional<std::string, &It::getValue>(it, v.maybeText, 17);
+        readOptional<std::string, &It::getValueBase64>(it, v.maybeBytes, 18);
         getXml(it, v.maybeFragment, 19);
+        readOptional<std::int64_t, &It::getValueTime>(it, v.maybeTime, 20);
         readOptionalRecord<Code, CodeReader>(it, v.maybeCode, 21);
         readOptionalRecord<Leaf, LeafReader>(it, v.maybeLeaf, 22);
         it.getValue(v.plainNumber, 23);
@@ -154,8 +158,8 @@ void thin(Everything& v, Random& random) {
             property.reset();
         }
     };
-    maybe(v.stamp), maybe(v.maybeNumber), maybe(v.maybeText);
-    maybe(v.maybeFragment), maybe(v.maybeCode), maybe(v.maybeLeaf);
+    maybe(v.stamp), maybe(v.maybeNumber), maybe(v.maybeFlag), maybe(v.maybeReal), maybe(v.maybeText);
+    maybe(v.maybeBytes), maybe(v.maybeFragment), maybe(v.maybeTime), maybe(v.maybeCode), maybe(v.maybeLeaf);
     if (random() % 3 == 0) {
         v.shape.reset();
     }

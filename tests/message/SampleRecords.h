@@ -100,8 +100,12 @@ struct Everything : Stamped {
     Leaf leaf;
 
     HBXOptionalProperty<int> maybeNumber;
+    HBXOptionalProperty<bool> maybeFlag;
+    HBXOptionalProperty<double> maybeReal;
     HBXOptionalProperty<std::string> maybeText;
+    HBXOptionalProperty<std::string> maybeBytes;
     HBXOptionalProperty<std::string> maybeFragment;
+    HBXOptionalProperty<std::int64_t> maybeTime;
     HBXOptionalProperty<Code> maybeCode;
     HBXOptionalProperty<Leaf> maybeLeaf;
 
