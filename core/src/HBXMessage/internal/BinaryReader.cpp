@@ -19,7 +19,6 @@ constexpr std::size_t kBytesPerElement = 12; // a guess that spares most message
 class InputNames {
 public:
     void add(std::string_view name) { names_.push_back({name, 0, 0, 0}); }
-    [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(names_.size()); }
     [[nodiscard]] std::string_view name(std::uint32_t index) const { return names_[index].text; }
     [[nodiscard]] bool allUsed() const { return used_ == names_.size(); }
 

@@ -10,8 +10,6 @@ namespace {
 /// Most bytes of an element before its value or block: head, flags, three references.
 constexpr std::size_t kHeadRoom = 4 * kMaxVarint + 1;
 
-constexpr std::uint64_t bitOf(Ref id) { return std::uint64_t{1} << (id & 63U); }
-
 } // namespace
 
 EncodingCursor::EncodingCursor(ByteBuffer& out) : out_(out), lengths_(BlockLengths::ofThread()) {
@@ -26,13 +24,7 @@ bool EncodingCursor::finish() {
     while (depth_ > 0) {
         leave();
     }
-    Open& root = top();
-    if (root.state == State::Block) {
-        lengths_.close(out_, root.block);
-    } else if (root.state == State::Fresh) {
-        out_.ensure(kHeadRoom);
-        put(putHead(out_.data() + out_.size(), root, 0));
-    }
+    finishElement();
     finishHeader(out_);
     return !gaveUp_ && elements_ <= kMaxElements && out_.size() <= kMaxInput;
 }
@@ -80,10 +72,8 @@ int EncodingCursor::newChild(int id) {
     return 0;
 }
 
-int EncodingCursor::leave() {
-    if (depth_ == 0) {
-        return -1;
-    }
+/// Ends the current element: its block, or the head of one that has got nothing.
+void EncodingCursor::finishElement() {
     const Open& element = top();
     if (element.state == State::Block) {
         lengths_.close(out_, element.block);
@@ -91,6 +81,13 @@ int EncodingCursor::leave() {
         out_.ensure(kHeadRoom);
         put(putHead(out_.data() + out_.size(), element, 0));
     }
+}
+
+int EncodingCursor::leave() {
+    if (depth_ == 0) {
+        return -1;
+    }
+    finishElement();
     --depth_;
     if (out_.size() > kMaxInput) {
         giveUp();

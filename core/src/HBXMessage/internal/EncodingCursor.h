@@ -163,6 +163,7 @@ private:
     }
     static bool isNumber(int ref) { return ref >= 0 && static_cast<Ref>(ref) < kDynamicRef; }
     int leave();
+    void finishElement();
     void begin(Ref id, Ref ns) {
         Open& element = top();
         element.id = id;

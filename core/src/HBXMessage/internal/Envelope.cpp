@@ -46,11 +46,6 @@ void Envelope::set(EnvelopeField field, std::string text) {
     add(field, std::move(text));
 }
 
-std::size_t Envelope::count(EnvelopeField field) const {
-    return static_cast<std::size_t>(
-        std::count_if(fields.begin(), fields.end(), [&](const Field& set) { return set.field == field; }));
-}
-
 bool acceptField(Envelope& envelope, const EnvelopeRow& row, std::string_view text) {
     switch (row.kind) {
     case EnvelopeKind::Texts:

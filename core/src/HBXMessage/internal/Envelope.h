@@ -70,7 +70,6 @@ struct Envelope {
     /// Adds behind those of the same field.
     void add(EnvelopeField field, std::string text);
     void remove(EnvelopeField field);
-    [[nodiscard]] std::size_t count(EnvelopeField field) const;
 
     std::vector<Field> fields;
 };

@@ -11,8 +11,6 @@ namespace {
 
 constexpr std::uint32_t kRootPlace = 1;
 
-constexpr std::uint64_t bitOf(Ref id) { return std::uint64_t{1} << (id & 63U); }
-
 } // namespace
 
 InPlaceCursor::InPlaceCursor(std::string_view bytes) : bytes_(bytes) {

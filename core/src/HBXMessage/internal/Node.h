@@ -9,6 +9,10 @@ namespace HBX::internal {
 using Ref = std::uint32_t;
 inline constexpr Ref kDynamicRef = 0x40000000;
 
+/// The bit of an id in a mask of ids passed or written. Ids share bits: a clear bit says "not there", a set
+/// one "perhaps".
+constexpr std::uint64_t bitOf(Ref id) { return std::uint64_t{1} << (id & 63U); }
+
 enum class ValueKind : std::uint32_t { None, Text, Xml };
 
 using NodeIndex = std::uint32_t;

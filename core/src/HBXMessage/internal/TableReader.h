@@ -18,17 +18,17 @@ namespace HBX::internal {
 /// counts.
 ///
 /// `Source` is a concrete cursor:
-///   Walk walk(Place)                               over the children of a place
-///   Place next(Walk&)                              the next child, 0 at the end; good until the walk moves
-///   on bool takeText(Walk&, row key, head, text)      the text of the next child, if that is a plain element
-///   with
-///                                                  this id and a text value; the walk moves on only then
-///   std::size_t count(Place, Ref id)               children of this id
+///   Walk walk(Place)              over the children of a place
+///   Place next(Walk&)             the next child, 0 at the end; good until the walk moves on
+///   bool takeText(Walk&, row, text&)
+///                                 the text of the next child, if that is the plain element of the row;
+///                                 the walk moves on only then
+///   size_t count(Place, Ref id)   children of this id
 ///   Ref id(Place)
-///   bool text(Place, std::string_view&, bool& xml) false without a value
-///   int callAt(Place, function)                    runs the function with the cursor standing there
-///   bool lost()                                    a function has removed what is being read
-///   std::uint32_t& recordDepth()                   records being read at present, one within the other
+///   bool text(Place, text&, xml&) false without a value
+///   int callAt(Place, function)   runs the function with the cursor standing there
+///   bool lost()                   a function has removed what is being read
+///   uint32_t& recordDepth()       records being read at present, one within the other
 template <class Source>
 class TableReader {
 public:

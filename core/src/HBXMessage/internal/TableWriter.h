@@ -13,16 +13,18 @@ namespace HBX::internal {
 /// Writes records as children of the sink's current element, in the order of their rows.
 ///
 /// `Sink` is a concrete cursor:
-///   int call(function)                             runs the function with the cursor on the current element
-///   bool hasChildren(), void removeFirst(int id)
-///   void expect(table)                             the rows of this table come next
-///   int open(int id, u64 ids), void close()        a new child, and back to its parent; `ids` not 0 when it
-///   is
-///                                                  certain to get children of these ids (bit id mod 64) at
-///                                                  least one, and nothing before them
-///   int value(int id, head, text), number(id, head, number), xml(id, text)  as putRawValue
-///   void mark(int nsid, int typeId)                namespace for what comes, complex type of the current
-///   element void unmark()                                  no namespace from now on
+///   int call(function)            runs the function with the cursor on the current element
+///   bool hasChildren()            of the current element
+///   void removeFirst(int id)
+///   void expect(table)            the rows of this table come next
+///   int open(int id, ids)         a new child; `ids` (bit id mod 64) is not 0 when children of these ids are
+///                                 certain to follow, at least one, and nothing before them
+///   void close()                  back to the parent
+///   int value(id, head, text), number(id, head, number), xml(id, text)
+///                                 as putRawValue
+///   void mark(int nsid, int typeId)
+///                                 namespace for what comes, complex type of the current element
+///   void unmark()                 no namespace from now on
 template <class Sink>
 class TableWriter {
 public:

@@ -9,6 +9,7 @@
 namespace HBX::internal {
 namespace {
 
+constexpr std::size_t kFirstNodes = 16;
 constexpr std::size_t kSmallBuffer = 4096; // not worth compacting below
 
 } // namespace
@@ -36,7 +37,7 @@ void NameList::clear() {
     refs_.clear();
 }
 
-Tree::Tree(std::uint32_t epoch, std::size_t room) : nodes_(room + kRoot + 1), epoch_(epoch) { clear(); }
+Tree::Tree() : nodes_(kFirstNodes) { clear(); }
 
 void Tree::clear() {
     ++epoch_;

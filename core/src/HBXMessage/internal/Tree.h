@@ -49,9 +49,7 @@ private:
 /// Neither a reference to a node nor a view of a value survives a change of the tree.
 class Tree {
 public:
-    /// @param epoch  first generation of its nodes; higher than any of a tree that it is to replace.
-    /// @param room   nodes that fit before the first growth.
-    explicit Tree(std::uint32_t epoch = 1, std::size_t room = 14);
+    Tree();
 
     [[nodiscard]] const Node& operator[](NodeIndex index) const { return nodes_[index]; }
     [[nodiscard]] bool alive(NodeIndex index, std::uint32_t generation) const {
@@ -219,8 +217,8 @@ private:
     void copyValue(const Tree& source, NodeIndex from, NodeIndex to);
 
     NodeArray nodes_;
-    std::uint32_t used_ = 0; ///< slots ever used since the last clear; index 0 stands for "none"
-    std::uint32_t epoch_;    ///< generation of the nodes made next; rises with every removal
+    std::uint32_t used_ = 0;  ///< slots ever used since the last clear; index 0 stands for "none"
+    std::uint32_t epoch_ = 1; ///< generation of the nodes made next; rises with every removal
     NodeIndex free_ = kNoNode;
     std::uint32_t count_ = 0;
     ByteBuffer bytes_;
