@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace HBX {
+
+/// What every value record of a shared cache begins with. Plain memory: it is part of the storage format.
+struct HBXCachedItem {
+    /// In the file: how many snapshots hold the value, changed only under the file lock. In a private copy: 0.
+    std::int32_t references = 0;
+    /// Always 0.
+    std::uint32_t spare = 0;
+
+    /// Frees what was copied out of a cache, which is memory from calloc.
+    struct deleter_free {
+        void operator()(void* copy) const { std::free(copy); }
+    };
+};
+
+static_assert(sizeof(HBXCachedItem) == 8);
+
+} // namespace HBX
