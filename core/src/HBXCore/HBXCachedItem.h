@@ -7,7 +7,8 @@ namespace HBX {
 
 /// What every value record of a shared cache begins with. Plain memory: it is part of the storage format.
 struct HBXCachedItem {
-    /// In the file: how many snapshots hold the value, changed only under the file lock. In a private copy: 0.
+    /// In the file: how many snapshots hold the value, changed only under the file lock. In a private copy:
+    /// 0.
     std::int32_t references = 0;
     /// Always 0.
     std::uint32_t spare = 0;

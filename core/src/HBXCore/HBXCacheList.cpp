@@ -1,0 +1,36 @@
+#include <HBXCore/HBXCacheList.h>
+
+#include <HBXCore/HBXCacheLogicBase.h>
+#include <HBXCore/HBXFlatSortedArray.h>
+#include <HBXCore/internal/CacheView.h>
+#include <HBXCore/internal/ForkGuard.h>
+
+namespace HBX {
+
+HBXCacheList::HBXCacheList(boost::intrusive_ptr<HBXCacheLogicBase> cache)
+    : cache_(std::move(cache)), fork_(internal::forkNumber()) {
+    cache_->openList(*this);
+}
+
+/// A forked child has the object but not the snapshot, which the parent still holds.
+HBXCacheList::~HBXCacheList() {
+    if (holdsSnapshot() && fork_ == internal::forkNumber()) {
+        cache_->closeList(*this);
+    }
+}
+
+const HBXCacheEntry* HBXCacheList::findEntry(const void* key) const {
+    const HBXFlatSortedArray array(begin_, static_cast<std::uint32_t>(end_ - begin_), 0);
+    const HBXCacheEntry* entry = array.find(HBXCacheKey(key));
+    return entry != nullptr && entry->value != 0 ? entry : nullptr;
+}
+
+const void* HBXCacheList::valueOf(const HBXCacheEntry& entry) const {
+    try {
+        return &internal::CacheView(manager_->memory(), size_, cache_->format()).valueAt(entry.value);
+    } catch (const internal::CacheDamage&) {
+        return nullptr;
+    }
+}
+
+} // namespace HBX

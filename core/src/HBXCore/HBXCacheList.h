@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ref_counter.hpp>
+
+#include <HBXCommon/HBXExport.h>
+#include <HBXCore/HBXCacheFile.h>
+#include <HBXCore/HBXMappedMemoryManager.h>
+
+namespace HBX {
+
+class HBXCacheLogicBase;
+
+/// A reference-counted list of the values of one snapshot. While it lives the snapshot stays as it is, and
+/// the values may be read where they lie, from any thread, without a lock. Keeps its cache alive.
+class HBX_EXPORT HBXCacheList : public boost::intrusive_ref_counter<HBXCacheList> {
+public:
+    explicit HBXCacheList(boost::intrusive_ptr<HBXCacheLogicBase> cache);
+    virtual ~HBXCacheList();
+    HBXCacheList(const HBXCacheList&) = delete;
+    HBXCacheList& operator=(const HBXCacheList&) = delete;
+
+    /// false: the cache was not accessible, too many lists were open, or the snapshot was unreadable. The
+    /// list is then empty.
+    bool holdsSnapshot() const { return snapshot_ != 0; }
+
+    /// Sorted by key; entries without value were removed and are to be stepped over.
+    const HBXCacheEntry* entriesBegin() const { return begin_; }
+    const HBXCacheEntry* entriesEnd() const { return end_; }
+    /// The entry of a key, null when there is none or it was removed.
+    const HBXCacheEntry* findEntry(const void* key) const;
+    /// The value record of an entry, inside the file; null when the file is damaged there.
+    const void* valueOf(const HBXCacheEntry& entry) const;
+
+private:
+    friend class HBXCacheLogicBase;
+
+    boost::intrusive_ptr<HBXCacheLogicBase> cache_;
+    boost::intrusive_ptr<HBXMappedMemoryManager> manager_; ///< Keeps the mapping.
+    std::uint64_t snapshot_ = 0;
+    std::uint64_t size_ = 0; ///< Of the file when the list was made.
+    std::uint64_t fork_ = 0;
+    const HBXCacheEntry* begin_ = nullptr;
+    const HBXCacheEntry* end_ = nullptr;
+    std::unique_ptr<std::vector<HBXCacheEntry>>
+        sorted_; ///< Only when the file had no room for a sorted snapshot.
+};
+
+} // namespace HBX

@@ -1,0 +1,787 @@
+#include <HBXCore/HBXCacheLogicBase.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <new>
+#include <set>
+
+#include <HBXCommon/HBXAbort.h>
+#include <HBXCommon/HBXErrorMessage.h>
+#include <HBXCommon/HBXFileUtil.h>
+#include <HBXCommon/HBXLog.h>
+#include <HBXCore/HBXCacheList.h>
+#include <HBXCore/internal/CacheAttachment.h>
+#include <HBXCore/internal/CacheAudit.h>
+#include <HBXCore/internal/CacheHeader.h>
+#include <HBXCore/internal/CacheMerge.h>
+#include <HBXCore/internal/CacheSizes.h>
+#include <HBXCore/internal/CacheView.h>
+
+namespace HBX {
+
+using internal::CacheDamage;
+using internal::CacheView;
+
+namespace {
+
+constexpr const char* kModule = "HBXFunctionalityCore"; // where the one kind of cache is made
+constexpr const char* kSource = "core/src/HBXCore/HBXCacheLogic";
+constexpr const char* kInitialize = "HBX::HBXCacheLogic<struct HBX::HBXEID,struct HBX::HBXEnvCoreBasic,class "
+                                    "HBX::HBXMappedMemoryManager>::initialize";
+constexpr const char* kDestructor = "HBX::HBXCacheLogic<struct HBX::HBXEID,struct HBX::HBXEnvCoreBasic,class "
+                                    "HBX::HBXMappedMemoryManager>::~HBXCacheLogic";
+constexpr const char* kOperation = "HBX::HBXCacheLogic<struct HBX::HBXEID,struct HBX::HBXEnvCoreBasic,class "
+                                   "HBX::HBXMappedMemoryManager>::lock";
+
+constexpr int kFailed = -1;
+constexpr int kNotMapped = -2;
+constexpr int kNoSnapshot = -8;
+constexpr int kNotLocked = -9;
+constexpr int kNotRemapped = -10;
+constexpr int kAbandoned = -14;
+
+constexpr int kMapAttempts = 100;
+constexpr std::uint64_t kAlignmentMask = ~(HBXSharedMemoryManager::kAlignment - 1);
+
+template <class Attempt>
+int attemptOften(Attempt attempt) {
+    for (int i = 0; i < kMapAttempts; ++i) {
+        if (attempt() == 0) {
+            return 0;
+        }
+        schedYield();
+    }
+    return -1;
+}
+
+} // namespace
+
+HBXCacheLogicBase::HBXCacheLogicBase(std::string name, const HBXCacheFormat& format,
+                                     const HBXCacheSizes& sizes)
+    : name_(std::move(name)), format_(format), sizes_(sizes) {}
+
+HBXCacheLogicBase::~HBXCacheLogicBase() {
+    if (!isAccessible()) {
+        return;
+    }
+    if (gate_->lock() != 0) {
+        Log2(kModule, kSource, __LINE__, kDestructor, kDestructor)
+            .put("CacheLogic::~CacheLogic was unable to lock cache file");
+        return;
+    }
+    Storage storage{manager_.get(), {}};
+    forget(storage);
+    gate_->file().unlock();
+}
+
+// --- opening ---
+
+int HBXCacheLogicBase::initialize(bool keepWritable, bool invalidateOnFailure) {
+    protect_ = false;
+    if (openMapping() != 0) {
+        return kNotMapped;
+    }
+    Storage storage{manager_.get(), {}};
+    if (gate_->lock() != 0) {
+        manager_->file().abandon();
+        forget(storage);
+        return kNotLocked;
+    }
+    int result = kFailed;
+    try {
+        result = prepare(storage);
+    } catch (const CacheDamage& damage) {
+        logDamage(damage);
+        result = kNoSnapshot;
+    } catch (const std::bad_alloc&) {
+        result = kFailed;
+    }
+    if (result != 0 && manager_ != nullptr) {
+        if (invalidateOnFailure) {
+            manager_->file().abandon();
+        }
+        forget(storage);
+    }
+    protect_ = result == 0 && !keepWritable;
+    unlock(storage);
+    return result;
+}
+
+int HBXCacheLogicBase::openMapping() {
+    manager_ = nullptr;
+    memory_ = nullptr;
+    const std::size_t size = internal::initialFileSize(HBXMemoryMappedFile::getMemoryPageSize());
+    boost::intrusive_ptr<HBXMappedMemoryManager> opened;
+    const auto attempt = [&] {
+        opened = newManager();
+        return opened->map(size);
+    };
+    if (attemptOften(attempt) != 0) {
+        return -1;
+    }
+    gate_ = manager_ = opened;
+    memory_ = opened->memory();
+    return 0;
+}
+
+int HBXCacheLogicBase::prepare(Storage& storage) {
+    HBXMemoryMappedFile& file = manager_->file();
+    if (file.isOutdated()) { // replaced while we waited for the lock: nothing of ours is to be marked
+        forget(storage);
+        return kAbandoned;
+    }
+    if (internal::isNewCache(manager_->memory(), format_)) {
+        return buildFile(storage);
+    }
+    if (const int code = internal::validateHeader(manager_->memory(), format_); code != 0) {
+        return code;
+    }
+    if (needsRecovery(storage) && recover(storage) != 0) {
+        return kNoSnapshot;
+    }
+    if (const int code = unsafe_checkSize(storage); code != 0) {
+        return code;
+    }
+    reclaimDead(storage);
+    return tryCurrentSnapshot(storage);
+}
+
+/// The valid flag comes last: a file that was built in part is still new, or refused.
+int HBXCacheLogicBase::buildFile(Storage& storage) {
+    internal::SidecarHead& shared = manager_->file().attachment().head();
+    shared.fileSize = manager_->file().getStoredSize() & kAlignmentMask;
+    internal::writeConstants(manager_->memory(), format_);
+    manager_->heap().create(kCacheHeaderSize, shared.fileSize);
+    const std::uint64_t offset = allocate(storage, kSnapshotSize);
+    if (offset == 0) {
+        return kFailed;
+    }
+    HBXSnapshotHead empty{1, 0, 0, 1, HBXSnapshotHead::kMagic, 0, {}};
+    std::memcpy(manager_->memory() + offset, &empty, kSnapshotSize);
+    commit(storage, head(storage).snapshot, offset);
+    std::atomic_thread_fence(std::memory_order_release);
+    internal::writeValidFlag(manager_->memory(), true);
+    shared.rebuild = 0;
+    return 0;
+}
+
+int HBXCacheLogicBase::tryCurrentSnapshot(Storage& storage) {
+    const std::uint64_t offset = head(storage).snapshot;
+    if (offset == 0) {
+        return kNoSnapshot;
+    }
+    HBXSnapshotHead* snapshot = &view(storage).snapshotAt(offset);
+    if (snapshot->references < 1) {
+        if (recover(storage) != 0) {
+            return kNoSnapshot;
+        }
+        snapshot = &view(storage).snapshotAt(offset);
+    }
+    if (++snapshot->references <= 1) {
+        abort(kModule, kSource, 745, kInitialize, kInitialize);
+    }
+    --snapshot->references;
+    manager_->file().syncMemory();
+    return 0;
+}
+
+int HBXCacheLogicBase::reinit() {
+    Storage storage;
+    if (gate_ == nullptr || gate_->lock() != 0) {
+        memory_ = nullptr;
+        return 0;
+    }
+    forget(storage);
+    gate_->file().unlock();
+    return 0;
+}
+
+void HBXCacheLogicBase::forget(Storage& storage) {
+    memory_ = nullptr;
+    storage.retired = std::move(manager_);
+}
+
+/// The file holds nonsense, or less than it should: nobody is to use it any more.
+int HBXCacheLogicBase::giveUp(Storage& storage, int code) {
+    storage.manager->file().abandon();
+    storage.manager->file().attachment().raiseGeneration();
+    forget(storage);
+    return code;
+}
+
+bool HBXCacheLogicBase::isLinked() { return gate_ != nullptr && gate_->file().isLinked(); }
+
+// --- the lock ---
+
+int HBXCacheLogicBase::lock(Storage& storage) {
+    if (gate_ == nullptr) {
+        return kFailed;
+    }
+    if (gate_->lock() != 0) {
+        return kNotLocked;
+    }
+    storage.manager = manager_.get();
+    const int code = storage.manager == nullptr ? kFailed : checkState(storage);
+    if (code != 0) {
+        unlock(storage);
+        storage = Storage();
+    }
+    return code;
+}
+
+void HBXCacheLogicBase::unlock(Storage& storage) {
+    if (protect_ && storage.manager != nullptr && manager_ != nullptr) {
+        storage.manager->file().protectMemory(true);
+    }
+    gate_->file().unlock();
+}
+
+int HBXCacheLogicBase::checkState(Storage& storage) {
+    if (storage.manager->file().isOutdated() ||
+        internal::readConstants(storage.manager->memory()).valid == 0) {
+        forget(storage);
+        return kAbandoned;
+    }
+    if (protect_ && storage.manager->file().protectMemory(false) != 0) {
+        return kFailed;
+    }
+    if (needsRecovery(storage)) {
+        try {
+            return recover(storage) == 0 ? 0 : giveUp(storage, kAbandoned);
+        } catch (const std::bad_alloc&) {
+            return giveUp(storage, kFailed);
+        }
+    }
+    return unsafe_checkSize(storage);
+}
+
+int HBXCacheLogicBase::unsafe_checkSize(Storage& storage) {
+    const std::size_t size = storage.manager->file().getSize();
+    if (size <= storage.manager->file().getMappedSize()) {
+        return 0;
+    }
+    return remapTo(storage, size, false) == 0 ? 0 : kNotRemapped;
+}
+
+/// What was known by its place in memory is gone afterwards, but for lists, which keep their own mapping.
+int HBXCacheLogicBase::remapTo(Storage& storage, std::size_t size, bool protectOld) {
+    boost::intrusive_ptr<HBXMappedMemoryManager> larger;
+    const auto attempt = [&] {
+        larger = newManager();
+        return larger->remap(size, *manager_);
+    };
+    if (attemptOften(attempt) != 0) {
+        return -1;
+    }
+    if (protectOld) {
+        manager_->file().protectMemory(true);
+    }
+    storage.retired = std::move(manager_);
+    manager_ = std::move(larger);
+    storage.manager = manager_.get();
+    memory_ = manager_->memory();
+    return 0;
+}
+
+HBXCacheHead& HBXCacheLogicBase::head(const Storage& storage) {
+    return internal::headOf(storage.manager->memory());
+}
+
+CacheView HBXCacheLogicBase::view(const Storage& storage) const {
+    const HBXMemoryMappedFile& file = storage.manager->file();
+    return {storage.manager->memory(), std::min(file.getSize(), file.getMappedSize()) & kAlignmentMask,
+            format_};
+}
+
+void HBXCacheLogicBase::logDamage(const CacheDamage& damage) const {
+    Log2(kModule, kSource, __LINE__, kOperation, kOperation)
+        .put(1, "Cache file '%s' is damaged at offset %llu: %s.", name_.c_str(),
+             static_cast<unsigned long long>(damage.offset), damage.what);
+    setErrorMessage("Cache file \"" + name_ + "\" is damaged at offset " + std::to_string(damage.offset) +
+                    ": " + damage.what);
+}
+
+// --- operations ---
+
+template <class Work>
+int HBXCacheLogicBase::locked(Work work) {
+    Storage storage;
+    if (const int code = lock(storage); code != 0) {
+        return code;
+    }
+    int result = repairing(storage, work);
+    if (storage.manager->file().isDamaged()) {
+        result = giveUp(storage, kNoSnapshot);
+    }
+    unlock(storage);
+    return result;
+}
+
+/// A contradiction may lie in what is derived only; once that is made anew the work is tried again. It may
+/// have taken effect already, so it must be one that can be repeated.
+template <class Work>
+int HBXCacheLogicBase::repairing(Storage& storage, Work work) {
+    try {
+        try {
+            return work(storage);
+        } catch (const CacheDamage& damage) {
+            logDamage(damage);
+            if (recover(storage) == 0) {
+                return work(storage);
+            }
+        }
+    } catch (const CacheDamage& damage) {
+        logDamage(damage);
+    } catch (const std::bad_alloc&) {
+        return kFailed;
+    }
+    return giveUp(storage, kAbandoned);
+}
+
+bool HBXCacheLogicBase::needsRecovery(const Storage& storage) const {
+    const HBXHeapState& heap = head(storage).heap;
+    HBXMemoryMappedFile& file = storage.manager->file();
+    return file.attachment().head().rebuild != 0 || heap.end != (file.getSize() & kAlignmentMask) ||
+           heap.end < kCacheMinimumSize || heap.version != HBXSharedMemoryManager::kVersion;
+}
+
+/// Makes counts and heap anew out of the snapshots that are current or held by the living.
+/// @return 0; -1 when the file contradicts itself, or is too short.
+int HBXCacheLogicBase::recover(Storage& storage) {
+    internal::CacheAttachment& attachment = storage.manager->file().attachment();
+    attachment.head().fileSize = storage.manager->file().getStoredSize() & kAlignmentMask;
+    if (attachment.head().fileSize < kCacheMinimumSize || unsafe_checkSize(storage) != 0) {
+        return -1;
+    }
+    attachment.reclaimDead([](const internal::SidecarPin&) {});
+    std::map<std::uint64_t, std::uint32_t> counts{{head(storage).snapshot, 1}};
+    attachment.forEachPin([&](const internal::SidecarPin& pin) {
+        if (pin.generation == storage.manager->file().generation() && pin.number > 0) {
+            counts[pin.snapshot] += pin.number;
+        }
+    });
+    std::vector<internal::CacheRoot> roots;
+    for (const auto& [offset, references] : counts) {
+        roots.push_back({offset, references});
+    }
+    try {
+        internal::CacheAudit(storage.manager->memory(), view(storage), roots).rebuild();
+    } catch (const CacheDamage& damage) {
+        logDamage(damage);
+        return -1;
+    }
+    std::atomic_ref(attachment.head().rebuild).store(0, std::memory_order_release);
+    return 0;
+}
+
+/// The store by which a change takes effect: all that it needs is written before it.
+void HBXCacheLogicBase::commit(Storage& storage, std::uint64_t& word, std::uint64_t value) {
+    storage.manager->file().attachment().head().clean = 0;
+    std::atomic_ref(word).store(value, std::memory_order_release);
+}
+
+void HBXCacheLogicBase::countChange(Storage& storage) {
+    std::atomic_ref(storage.manager->file().attachment().head().changes)
+        .fetch_add(1, std::memory_order_relaxed);
+}
+
+int HBXCacheLogicBase::putBytes(const void* key, const void* record, std::size_t length) {
+    return locked([&](Storage& storage) { return put(storage, key, record, length); });
+}
+
+int HBXCacheLogicBase::put(Storage& storage, const void* key, const void* record, std::size_t length) {
+    const std::uint64_t value = storeValue(storage, record, length);
+    if (value == 0) {
+        return kFailed;
+    }
+    const HBXCacheKey wanted(key);
+    const HBXCacheEntry* known =
+        CacheView::arrayOf(view(storage).snapshotAt(head(storage).snapshot)).find(wanted);
+    const std::uint64_t offset = getWritableSnapshot(known != nullptr ? shKeep : shGrow, storage);
+    if (offset == 0) {
+        storage.manager->heap().free(value);
+        return kFailed;
+    }
+    HBXSnapshotHead& snapshot = view(storage).snapshotAt(offset);
+    HBXCacheEntry* entries = CacheView::entriesOf(snapshot);
+    if (const HBXCacheEntry* found = CacheView::arrayOf(snapshot).find(wanted)) {
+        HBXCacheEntry& entry = entries[found - entries];
+        const std::uint64_t old = entry.value;
+        commit(storage, entry.value, value);
+        old != 0 ? releaseValue(storage, old) : void(--snapshot.removed);
+    } else {
+        appendEntry(storage, snapshot, key, value);
+    }
+    countChange(storage);
+    return 0;
+}
+
+/// Behind the last key of an all sorted snapshot the run itself becomes longer.
+void HBXCacheLogicBase::appendEntry(Storage& storage, HBXSnapshotHead& snapshot, const void* key,
+                                    std::uint64_t value) {
+    HBXCacheEntry* end = CacheView::entriesOf(snapshot) + snapshot.count();
+    if (snapshot.count() == snapshot.capacity) {
+        throw CacheDamage{head(storage).snapshot, "a new snapshot has no room"};
+    }
+    std::memcpy(end->key, key, sizeof end->key);
+    end->value = value;
+    const bool ascends =
+        snapshot.tail() == 0 && (snapshot.sorted() == 0 || HBXCacheKey(end[-1].key) < HBXCacheKey(key));
+    commit(storage, snapshot.lengths,
+           HBXSnapshotHead::joinLengths(snapshot.sorted() + (ascends ? 1U : 0U),
+                                        snapshot.tail() + (ascends ? 0U : 1U)));
+}
+
+int HBXCacheLogicBase::removeKey(const void* key) {
+    return locked([&](Storage& storage) { return remove(storage, key); });
+}
+
+int HBXCacheLogicBase::remove(Storage& storage, const void* key) {
+    const HBXCacheKey wanted(key);
+    const HBXCacheEntry* known =
+        CacheView::arrayOf(view(storage).snapshotAt(head(storage).snapshot)).find(wanted);
+    if (known == nullptr || known->value == 0) {
+        return 0;
+    }
+    const std::uint64_t offset = getWritableSnapshot(shKeep, storage);
+    if (offset == 0) {
+        return kFailed;
+    }
+    HBXSnapshotHead& snapshot = view(storage).snapshotAt(offset);
+    HBXCacheEntry* entries = CacheView::entriesOf(snapshot);
+    HBXCacheEntry& entry = entries[CacheView::arrayOf(snapshot).find(wanted) - entries];
+    const std::uint64_t old = entry.value;
+    commit(storage, entry.value, 0);
+    ++snapshot.removed;
+    releaseValue(storage, old);
+    countChange(storage);
+    return 0;
+}
+
+void* HBXCacheLogicBase::copyBytes(const void* key) {
+    void* copy = nullptr;
+    locked([&](Storage& storage) {
+        const CacheView content = view(storage);
+        const HBXCacheEntry* entry =
+            CacheView::arrayOf(content.snapshotAt(head(storage).snapshot)).find(HBXCacheKey(key));
+        if (entry == nullptr || entry->value == 0) {
+            return 0;
+        }
+        std::size_t length = 0;
+        const HBXCachedItem& value = content.valueAt(entry->value, length);
+        copy = std::calloc(1, length);
+        if (copy != nullptr) {
+            std::memcpy(copy, &value, length);
+            *static_cast<HBXCachedItem*>(copy) = HBXCachedItem();
+        }
+        return 0;
+    });
+    return copy;
+}
+
+// --- space ---
+
+std::uint64_t HBXCacheLogicBase::allocate(Storage& storage, std::size_t size) {
+    if (size == 0) {
+        return 0;
+    }
+    std::uint64_t offset = storage.manager->heap().allocate(size);
+    if (offset == 0) {
+        reclaimDead(storage);
+        offset = storage.manager->heap().allocate(size);
+    }
+    while (offset == 0 && growFor(storage, size)) {
+        offset = storage.manager->heap().allocate(size);
+    }
+    if (offset != 0) {
+        storage.manager->prepareBlock(storage.manager->memory() + offset, size);
+    }
+    return offset;
+}
+
+bool HBXCacheLogicBase::growFor(Storage& storage, std::size_t size) {
+    const std::size_t present = storage.manager->file().getSize();
+    const std::size_t limit = sizes_.maximumFileSize;
+    if (size > limit || HBXSharedMemoryManager::blockSize(size) + kCacheHeapBegin > limit) {
+        return false;
+    }
+    const std::size_t target =
+        internal::grownFileSize(present, size, HBXMemoryMappedFile::getMemoryPageSize());
+    if (target > limit) {
+        return false;
+    }
+    if (target > storage.manager->file().getMappedSize() && remapTo(storage, target, protect_) != 0) {
+        return false;
+    }
+    if (storage.manager->grow(target) != 0) {
+        return false;
+    }
+    storage.manager->heap().resize(target);
+    return true;
+}
+
+std::uint64_t HBXCacheLogicBase::storeValue(Storage& storage, const void* record, std::size_t length) {
+    const std::uint64_t offset = allocate(storage, length);
+    if (offset != 0) {
+        char* value = storage.manager->memory() + offset;
+        std::memcpy(value + sizeof(HBXCachedItem), static_cast<const char*>(record) + sizeof(HBXCachedItem),
+                    length - sizeof(HBXCachedItem));
+        *reinterpret_cast<HBXCachedItem*>(value) = HBXCachedItem{1, 0};
+    }
+    return offset;
+}
+
+void HBXCacheLogicBase::releaseValue(Storage& storage, std::uint64_t offset) {
+    HBXCachedItem& value = view(storage).valueAt(offset);
+    if (value.references < 1) {
+        throw CacheDamage{offset, "a count of references is below 1"};
+    }
+    if (--value.references == 0) {
+        storage.manager->heap().free(offset);
+    }
+}
+
+// --- snapshots ---
+
+std::uint64_t HBXCacheLogicBase::getWritableSnapshot(eSnapshotHint hint, Storage& storage) {
+    const auto current = [&]() -> HBXSnapshotHead& {
+        return view(storage).snapshotAt(head(storage).snapshot);
+    };
+    if (current().references < 1) {
+        throw CacheDamage{head(storage).snapshot, "a count of references is below 1"};
+    }
+    if (current().references > 1) {
+        reclaimDead(storage); // a copy costs more than to ask whether the holders live
+    }
+    const HBXSnapshotHead& snapshot = current();
+    const bool hasRoom = snapshot.tail() < HBXSnapshotHead::kMaximumTail &&
+                         snapshot.count() < snapshot.capacity &&
+                         snapshot.removed <= snapshot.count() / 4 + 64;
+    return snapshot.references == 1 && (hint == shKeep || hasRoom) ? head(storage).snapshot
+                                                                   : replaceSnapshot(storage);
+}
+
+/// @return the new current snapshot, all sorted; 0 when there is no room for it.
+std::uint64_t HBXCacheLogicBase::replaceSnapshot(Storage& storage) {
+    const std::uint64_t old = head(storage).snapshot;
+    const HBXSnapshotHead& before = view(storage).snapshotAt(old);
+    const auto count = static_cast<std::uint32_t>(before.count());
+    const std::uint32_t capacity =
+        internal::snapshotCapacity(before.capacity, count - std::min(before.removed, count));
+    const std::uint64_t made = allocate(storage, CacheView::snapshotSize(capacity));
+    if (made == 0) {
+        return 0;
+    }
+    fillSnapshot(storage, old, made, capacity);
+    HBXSnapshotHead& replaced = view(storage).snapshotAt(old);
+    const bool held = replaced.references > 1;
+    if (held) {
+        raiseValueCounts(storage, made);
+    }
+    commit(storage, head(storage).snapshot, made);
+    if (held) {
+        --replaced.references;
+    } else {
+        storage.manager->heap().free(old); // the new one takes over its counts
+    }
+    return made;
+}
+
+void HBXCacheLogicBase::fillSnapshot(Storage& storage, std::uint64_t from, std::uint64_t to,
+                                     std::uint32_t capacity) {
+    HBXSnapshotHead& source = view(storage).snapshotAt(from);
+    auto& made = *reinterpret_cast<HBXSnapshotHead*>(storage.manager->memory() + to);
+    made = HBXSnapshotHead{1, capacity, 0, source.sequence + 1, HBXSnapshotHead::kMagic, 0, {}};
+    made.lengths = internal::mergeLiveEntries(source, CacheView::entriesOf(made), capacity);
+}
+
+void HBXCacheLogicBase::raiseValueCounts(Storage& storage, std::uint64_t snapshot) {
+    constexpr std::uint32_t kAhead = 24; // values lie anywhere in memory
+    const CacheView content = view(storage);
+    HBXSnapshotHead& holder = content.snapshotAt(snapshot);
+    const HBXCacheEntry* entries = CacheView::entriesOf(holder);
+    for (std::uint32_t i = 0; i < holder.sorted(); ++i) {
+        if (i + kAhead < holder.sorted()) {
+            __builtin_prefetch(storage.manager->memory() + entries[i + kAhead].value, 1);
+        }
+        ++content.valueAt(entries[i].value).references;
+    }
+}
+
+/// All of a file is always mapped.
+bool HBXCacheLogicBase::isSnapshotMemoryAccessible(std::uint64_t, const Storage&) { return true; }
+
+/// @return the snapshot, noted as held; 0 when there is no room to note it.
+std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage) {
+    std::uint64_t offset = head(storage).snapshot;
+    const HBXSnapshotHead& current = view(storage).snapshotAt(offset);
+    if (current.references < 1) {
+        throw CacheDamage{offset, "a count of references is below 1"};
+    }
+    if (current.tail() > 0 && current.references == 1) {
+        const std::uint64_t sorted = replaceSnapshot(storage);
+        offset = sorted != 0 ? sorted : offset;
+    }
+    HBXMemoryMappedFile& file = storage.manager->file();
+    if (!isSnapshotMemoryAccessible(offset, storage) ||
+        file.attachment().addPin(file.generation(), offset) != 0) {
+        return 0;
+    }
+    ++view(storage).snapshotAt(offset).references;
+    return offset;
+}
+
+void HBXCacheLogicBase::releaseSnapshot(std::uint64_t snapshot, Storage& storage) {
+    HBXSnapshotHead& released = view(storage).snapshotAt(snapshot);
+    if (released.references < 1) {
+        throw CacheDamage{snapshot, "a count of references is below 1"};
+    }
+    if (--released.references == 0) {
+        freeSnapshot(storage, snapshot);
+    }
+}
+
+void HBXCacheLogicBase::freeSnapshot(Storage& storage, std::uint64_t snapshot) {
+    HBXSnapshotHead& released = view(storage).snapshotAt(snapshot);
+    const HBXCacheEntry* entries = CacheView::entriesOf(released);
+    for (std::uint64_t i = 0; i < released.count(); ++i) {
+        if (entries[i].value != 0) {
+            releaseValue(storage, entries[i].value);
+        }
+    }
+    storage.manager->heap().free(snapshot);
+}
+
+void HBXCacheLogicBase::reclaimDead(Storage& storage) {
+    HBXMemoryMappedFile& file = storage.manager->file();
+    file.attachment().reclaimDead([&](const internal::SidecarPin& pin) {
+        for (std::uint32_t i = 0; i < pin.number && pin.generation == file.generation(); ++i) {
+            releaseSnapshot(pin.snapshot, storage);
+        }
+    });
+}
+
+// --- lists ---
+
+void HBXCacheLogicBase::openList(HBXCacheList& list) {
+    locked([&](Storage& storage) { return fillList(storage, list); });
+}
+
+int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
+    if (openLists_ >= sizes_.maximumLists) {
+        return kFailed;
+    }
+    const std::uint64_t offset = acquireSnapshot(storage);
+    if (offset == 0) {
+        return kFailed;
+    }
+    HBXSnapshotHead& snapshot = view(storage).snapshotAt(offset);
+    const HBXCacheEntry* entries = CacheView::entriesOf(snapshot);
+    list.begin_ = entries;
+    list.end_ = entries + snapshot.sorted();
+    if (snapshot.tail() > 0) {
+        list.sorted_ = std::make_unique<std::vector<HBXCacheEntry>>(snapshot.count());
+        const std::uint32_t count = internal::mergeLiveEntries(snapshot, list.sorted_->data(),
+                                                               static_cast<std::uint32_t>(snapshot.count()));
+        list.begin_ = list.sorted_->data();
+        list.end_ = list.begin_ + count;
+    }
+    list.manager_ = manager_;
+    list.size_ = view(storage).size();
+    list.snapshot_ = offset;
+    ++openLists_;
+    return 0;
+}
+
+/// A list over a file that was replaced meanwhile has nothing to give back but its row in the table.
+void HBXCacheLogicBase::closeList(HBXCacheList& list) {
+    const std::uint64_t generation = list.manager_->file().generation();
+    Storage storage;
+    const int code = lock(storage);
+    if (code != 0 && list.manager_->lock() != 0) {
+        return;
+    }
+    list.manager_->file().attachment().dropPin(generation, list.snapshot_);
+    --openLists_;
+    if (code != 0) {
+        list.manager_->file().unlock();
+        return;
+    }
+    bool released = false;
+    repairing(storage, [&](Storage& held) {
+        if (!std::exchange(released, true)) { // a repair counts without our row already
+            releaseSnapshot(list.snapshot_, held);
+        }
+        return 0;
+    });
+    unlock(storage);
+}
+
+// --- what people ask ---
+
+std::size_t HBXCacheLogicBase::getAchiveableSize() {
+    HBXCacheStatus status;
+    return getStatus(status) == 0 ? status.achievableSize : 0;
+}
+
+std::size_t HBXCacheLogicBase::getTotalAllocatedSize() {
+    std::size_t total = 0;
+    locked([&](Storage& storage) {
+        total = storage.manager->heap().totalAllocated();
+        return 0;
+    });
+    return total;
+}
+
+std::uint64_t HBXCacheLogicBase::getChangeCount() {
+    return isAccessible()
+               ? std::atomic_ref(gate_->file().attachment().head().changes).load(std::memory_order_relaxed)
+               : 0;
+}
+
+int HBXCacheLogicBase::getStatus(HBXCacheStatus& status) {
+    return locked([&](Storage& storage) {
+        reclaimDead(storage);
+        return describe(storage, status);
+    });
+}
+
+int HBXCacheLogicBase::describe(Storage& storage, HBXCacheStatus& status) {
+    HBXMemoryMappedFile& file = storage.manager->file();
+    const HBXSharedMemoryManager heap = storage.manager->heap();
+    const std::uint64_t current = head(storage).snapshot;
+    HBXSnapshotHead& snapshot = view(storage).snapshotAt(current);
+    status = HBXCacheStatus();
+    status.fileSize = file.getSize();
+    status.allocated = heap.totalAllocated();
+    status.achievableSize = heap.blockSizeAt(current) + kCacheHeapBegin;
+    const HBXCacheEntry* entries = CacheView::entriesOf(snapshot);
+    for (std::uint64_t i = 0; i < snapshot.count(); ++i) {
+        if (entries[i].value != 0) {
+            ++status.entries;
+            status.achievableSize += heap.blockSizeAt(entries[i].value);
+        }
+    }
+    const internal::CacheAttachment& attachment = file.attachment();
+    status.changes = attachment.tables().head.changes;
+    status.generation = file.generation();
+    std::set<std::uint64_t> snapshots{current};
+    attachment.forEachPin([&](const internal::SidecarPin& pin) {
+        if (pin.generation == file.generation() && pin.number > 0) {
+            snapshots.insert(pin.snapshot);
+            const std::uint32_t pid = attachment.tables().attachments[pin.attachment - 1].pid;
+            status.holders.push_back({pid, pin.snapshot, pin.snapshot == current, pin.number, pin.since});
+        }
+    });
+    status.snapshots = snapshots.size();
+    for (const internal::SidecarAttachment& process : attachment.tables().attachments) {
+        if (process.inUse != 0) {
+            status.processes.push_back({process.pid, process.since});
+        }
+    }
+    return 0;
+}
+
+} // namespace HBX

@@ -1,0 +1,351 @@
+#include <HBXCore/internal/CacheAttachment.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <map>
+#include <thread>
+
+#include <boost/weak_ptr.hpp>
+
+#include <HBXCommon/HBXErrorMessage.h>
+#include <HBXCommon/HBXLock.h>
+#include <HBXCore/internal/FileLocks.h>
+#include <HBXCore/internal/PlainFile.h>
+
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace HBX::internal {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+int refuse(const std::string& path, const char* why) {
+    setErrorMessage("Cannot use \"" + path + "\": " + why);
+    errno = EPERM;
+    return -1;
+}
+
+std::uint64_t pidNamespace() {
+    struct stat status {};
+    return stat("/proc/self/ns/pid", &status) == 0 ? status.st_ino : 0;
+}
+
+timespec deadlineAfter(CacheAttachment::Patience patience) {
+    timespec deadline{};
+    clock_gettime(CLOCK_MONOTONIC, &deadline);
+    const std::int64_t nanoseconds = deadline.tv_nsec + patience.count() % 1000 * 1'000'000;
+    deadline.tv_sec += patience.count() / 1000 + nanoseconds / 1'000'000'000;
+    deadline.tv_nsec = nanoseconds % 1'000'000'000;
+    return deadline;
+}
+
+/// The kernel's locks know no deadline.
+int waitForByte(int descriptor, std::int64_t byte, CacheAttachment::Patience patience) {
+    const Clock::time_point deadline = Clock::now() + patience;
+    for (;;) {
+        const int result = tryLockByte(descriptor, byte, ByteLock::Exclusive);
+        if (result <= 0) {
+            return result;
+        }
+        if (Clock::now() >= deadline) {
+            errno = ETIMEDOUT;
+            return -1;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+/// What this process is attached to, by device and inode.
+struct Registry {
+    HBXLock lock;
+    std::map<std::pair<dev_t, ino_t>, boost::weak_ptr<CacheAttachment>> attachments;
+
+    static Registry& instance() {
+        static auto* registry = new Registry;
+        return *registry;
+    }
+};
+
+} // namespace
+
+// --- attaching ---
+
+boost::shared_ptr<CacheAttachment> CacheAttachment::attach(const std::string& cacheName, Patience patience) {
+    const std::string path = cacheName + ".lock";
+    struct stat status {};
+    const int descriptor = openPlainFile(path, true, status);
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    Registry& registry = Registry::instance();
+    const HBXLockGuard guard(registry.lock);
+    auto& known = registry.attachments[{status.st_dev, status.st_ino}];
+    if (boost::shared_ptr<CacheAttachment> existing = known.lock()) {
+        ::close(descriptor);
+        return existing->isOurs() || existing->reattach(patience) == 0 ? existing : nullptr;
+    }
+    boost::shared_ptr<CacheAttachment> made(new CacheAttachment(path, descriptor));
+    if (made->open(patience) != 0) {
+        return nullptr;
+    }
+    known = made;
+    return made;
+}
+
+CacheAttachment::CacheAttachment(std::string path, int descriptor)
+    : path_(std::move(path)), descriptor_(descriptor), fork_(forkNumber()) {}
+
+int CacheAttachment::open(Patience patience) {
+    const Opening opening(*this, patience);
+    if (!opening.isHeld()) {
+        return failWithErrno("wait for", path_);
+    }
+    const bool first = isAlone();
+    if (prepareFile(first) != 0) {
+        return -1;
+    }
+    void* memory = mmap(nullptr, sizeof(Sidecar), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor_.get(), 0);
+    if (memory == MAP_FAILED) {
+        return failWithErrno("map", path_);
+    }
+    sidecar_ = static_cast<Sidecar*>(memory);
+    if (first) {
+        initialise();
+    } else if (checkShared() != 0) {
+        return -1;
+    }
+    return claimSlot();
+}
+
+/// A file that somebody else made for another purpose is left alone; what a killed first opener left is not.
+int CacheAttachment::prepareFile(bool first) {
+    struct stat status {};
+    if (fstat(descriptor_.get(), &status) != 0) {
+        return failWithErrno("examine", path_);
+    }
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    std::uint64_t magic = 0;
+    if (readAt(descriptor_.get(), &magic, std::min<std::size_t>(size, sizeof magic), 0) != 0) {
+        return failWithErrno("read", path_);
+    }
+    if (magic != 0 && magic != SidecarHead::kMagic) {
+        return refuse(path_, "it is no lock file of a cache");
+    }
+    if (size >= sizeof(Sidecar)) {
+        return 0;
+    }
+    return first ? extendFile(descriptor_.get(), 0, sizeof(Sidecar), path_)
+                 : refuse(path_, "it was cut off while it is in use");
+}
+
+/// Nobody else is attached: whatever the lock and the tables say is over. Which run of the system changed the
+/// cache file last is kept.
+void CacheAttachment::initialise() {
+    SidecarHead& shared = head();
+    if (shared.magic != SidecarHead::kMagic || shared.version != SidecarHead::kVersion) {
+        std::memset(static_cast<void*>(sidecar_), 0, sizeof(Sidecar));
+    }
+    shared.rebuild = 1;
+    std::memset(sidecar_->attachments, 0, sizeof sidecar_->attachments);
+    std::memset(sidecar_->pins, 0, sizeof sidecar_->pins);
+    shared.pinRows = 0;
+    pthread_mutexattr_t kind{};
+    pthread_mutexattr_init(&kind);
+    pthread_mutexattr_setpshared(&kind, PTHREAD_PROCESS_SHARED);
+    pthread_mutexattr_setrobust(&kind, PTHREAD_MUTEX_ROBUST);
+    pthread_mutex_init(&sidecar_->mutex, &kind);
+    pthread_mutexattr_destroy(&kind);
+    shared.version = SidecarHead::kVersion;
+    shared.mutexSize = sizeof(pthread_mutex_t);
+    shared.pidNamespace = pidNamespace();
+    std::atomic_ref(shared.magic).store(SidecarHead::kMagic, std::memory_order_release);
+}
+
+int CacheAttachment::checkShared() const {
+    const SidecarHead& shared = sidecar_->head;
+    if (shared.magic != SidecarHead::kMagic || shared.version != SidecarHead::kVersion ||
+        shared.mutexSize != sizeof(pthread_mutex_t)) {
+        return refuse(path_, "the processes that use it have another version of its layout");
+    }
+    if (shared.pidNamespace != pidNamespace()) {
+        return refuse(path_, "the processes that use it see other process numbers");
+    }
+    return 0;
+}
+
+/// A slot that a killed process left is not taken before somebody has released what it held.
+int CacheAttachment::claimSlot() {
+    for (std::uint32_t slot = 0; slot < Sidecar::kAttachments; ++slot) {
+        SidecarAttachment& attachment = sidecar_->attachments[slot];
+        std::atomic_ref inUse(attachment.inUse);
+        if (inUse.load(std::memory_order_acquire) == 0 &&
+            tryLockByte(descriptor_.get(), kFirstAttachmentByte + slot, ByteLock::Exclusive) == 0) {
+            attachment.pid = static_cast<std::uint32_t>(getpid());
+            attachment.since = std::time(nullptr);
+            inUse.store(1, std::memory_order_release);
+            slot_ = slot;
+            fork_.store(forkNumber(), std::memory_order_release);
+            return 0;
+        }
+    }
+    return refuse(path_, "too many processes use it");
+}
+
+int CacheAttachment::reattach(Patience patience) {
+    const std::lock_guard<HBXLock> once(Registry::instance().lock);
+    if (isOurs()) {
+        return 0;
+    }
+    struct stat status {};
+    const int descriptor = openPlainFile(path_, false, status);
+    if (descriptor < 0) {
+        return -1;
+    }
+    descriptor_.replace(descriptor);
+    const Opening opening(*this, patience);
+    return opening.isHeld() ? claimSlot() : failWithErrno("wait for", path_);
+}
+
+CacheAttachment::~CacheAttachment() {
+    if (sidecar_ == nullptr) {
+        return;
+    }
+    if (isOurs()) {
+        const Opening opening(*this, Patience{1000}); // without it the next one finds the slot by its lock
+        if (opening.isHeld()) {
+            std::atomic_ref(sidecar_->attachments[slot_].inUse).store(0, std::memory_order_release);
+        }
+    }
+    munmap(sidecar_, sizeof(Sidecar));
+}
+
+CacheAttachment::Opening::Opening(CacheAttachment& attachment, Patience patience)
+    : attachment_(attachment), threads_(attachment.opening_, patience) {
+    errno = ETIMEDOUT;
+    held_ = threads_.owns_lock() && waitForByte(attachment.descriptor_.get(), kOpeningByte, patience) == 0;
+}
+
+CacheAttachment::Opening::~Opening() {
+    if (held_) {
+        unlockByte(attachment_.descriptor_.get(), kOpeningByte);
+    }
+}
+
+bool CacheAttachment::isAlone() const {
+    return !isAnyByteLocked(descriptor_.get(), kFirstAttachmentByte, Sidecar::kAttachments);
+}
+
+// --- the lock ---
+
+int CacheAttachment::lock(Patience patience) {
+    constexpr int kSpins = 100; // the usual change takes less than a switch to another thread
+    pthread_mutex_t* mutex = &sidecar_->mutex;
+    int result = pthread_mutex_trylock(mutex);
+    for (int spin = 0; result == EBUSY && spin < kSpins; ++spin) {
+        __builtin_ia32_pause();
+        result = pthread_mutex_trylock(mutex);
+    }
+    if (result == EBUSY) {
+        const timespec deadline = deadlineAfter(patience);
+        result = pthread_mutex_clocklock(mutex, CLOCK_MONOTONIC, &deadline);
+    }
+    if (result == EOWNERDEAD) {
+        std::atomic_ref(head().rebuild).store(1, std::memory_order_release);
+        result = pthread_mutex_consistent(mutex);
+    }
+    if (result != 0) {
+        errno = result;
+        return failWithErrno("lock", path_);
+    }
+    return 0;
+}
+
+void CacheAttachment::unlock() { pthread_mutex_unlock(&sidecar_->mutex); }
+
+// --- pins ---
+
+std::uint64_t CacheAttachment::usedRows() const {
+    return std::min<std::uint64_t>(sidecar_->head.pinRows, Sidecar::kPins);
+}
+
+bool CacheAttachment::isRowOf(const SidecarPin& pin, std::uint64_t generation, std::uint64_t snapshot) const {
+    return pin.attachment == slot_ + 1 && pin.snapshot == snapshot && pin.generation == generation;
+}
+
+SidecarPin* CacheAttachment::findPin(std::uint64_t generation, std::uint64_t snapshot) {
+    if (isRowOf(sidecar_->pins[lastRow_], generation, snapshot)) {
+        return &sidecar_->pins[lastRow_];
+    }
+    for (std::uint64_t i = 0; i < usedRows(); ++i) {
+        if (isRowOf(sidecar_->pins[i], generation, snapshot)) {
+            lastRow_ = i;
+            return &sidecar_->pins[i];
+        }
+    }
+    return nullptr;
+}
+
+int CacheAttachment::addPin(std::uint64_t generation, std::uint64_t snapshot) {
+    if (SidecarPin* pin = findPin(generation, snapshot)) {
+        ++pin->number;
+        return 0;
+    }
+    SidecarPin* const begin = sidecar_->pins;
+    SidecarPin* const end = begin + usedRows();
+    SidecarPin* pin =
+        begin[lastRow_].attachment == 0 && lastRow_ < usedRows()
+            ? begin + lastRow_
+            : std::find_if(begin, end, [](const SidecarPin& row) { return row.attachment == 0; });
+    if (pin == end) {
+        if (end == begin + Sidecar::kPins) {
+            setErrorMessage("Too many lists are open over \"" + path_ + '"');
+            return -1;
+        }
+        head().pinRows = usedRows() + 1;
+    }
+    pin->generation = generation;
+    pin->snapshot = snapshot;
+    pin->number = 1;
+    pin->since = std::time(nullptr);
+    std::atomic_ref(pin->attachment).store(slot_ + 1, std::memory_order_release);
+    lastRow_ = static_cast<std::uint64_t>(pin - begin);
+    return 0;
+}
+
+void CacheAttachment::dropPin(std::uint64_t generation, std::uint64_t snapshot) {
+    SidecarPin* pin = findPin(generation, snapshot);
+    if (pin != nullptr && --pin->number == 0) {
+        clearRow(*pin);
+    }
+}
+
+void CacheAttachment::clearRow(SidecarPin& pin) {
+    std::atomic_ref(pin.attachment).store(0, std::memory_order_release);
+}
+
+std::bitset<Sidecar::kAttachments> CacheAttachment::findDead() const {
+    std::bitset<Sidecar::kAttachments> dead;
+    for (std::uint32_t slot = 0; slot < Sidecar::kAttachments; ++slot) {
+        if (slot != slot_ &&
+            std::atomic_ref(sidecar_->attachments[slot].inUse).load(std::memory_order_acquire) != 0 &&
+            !isAnyByteLocked(descriptor_.get(), kFirstAttachmentByte + slot, 1)) {
+            dead.set(slot);
+        }
+    }
+    return dead;
+}
+
+void CacheAttachment::forgetAttachments(const std::bitset<Sidecar::kAttachments>& dead) {
+    for (std::uint32_t slot = 0; slot < Sidecar::kAttachments; ++slot) {
+        if (dead[slot]) {
+            std::atomic_ref(sidecar_->attachments[slot].inUse).store(0, std::memory_order_release);
+        }
+    }
+}
+
+} // namespace HBX::internal

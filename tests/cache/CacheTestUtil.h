@@ -1,0 +1,145 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <HBXCore/HBXCacheLogic.h>
+#include <HBXCore/HBXGUIDBase.h>
+
+#include <unistd.h>
+
+namespace HBX::test {
+
+/// A value whose bytes tell whether it is whole: all of them follow from key, version and size.
+struct TestValue {
+    static constexpr std::size_t kFixedSize = 48;
+    static constexpr std::size_t kKeyOffset = 8;
+
+    HBXCachedItem item;
+    HBXGUIDBase key;
+    std::uint64_t version;
+    std::uint64_t size; ///< Of `data`.
+    std::uint8_t data[8];
+
+    std::size_t length() const { return kFixedSize + size; }
+    static std::size_t checkedLength(const void* bytes, std::size_t available) {
+        const auto& value = *static_cast<const TestValue*>(bytes);
+        return available >= kFixedSize && value.size <= available - kFixedSize ? value.length() : 0;
+    }
+    bool isWhole() const {
+        for (std::size_t i = 0; i < size; ++i) {
+            if (data[i] != byteAt(i)) {
+                return false;
+            }
+        }
+        return true;
+    }
+    std::uint8_t byteAt(std::size_t i) const {
+        return static_cast<std::uint8_t>(key.data()[i % 16] + version * 31 + i * 7);
+    }
+};
+static_assert(sizeof(TestValue) == TestValue::kFixedSize);
+
+/// Room for a value of any size.
+class ValueBuffer {
+public:
+    ValueBuffer(const HBXGUIDBase& key, std::uint64_t version, std::size_t size)
+        : bytes_((TestValue::kFixedSize + size + 7) / 8) {
+        TestValue& value = *reinterpret_cast<TestValue*>(bytes_.data());
+        value.key = key;
+        value.version = version;
+        value.size = size;
+        for (std::size_t i = 0; i < size; ++i) {
+            value.data[i] = value.byteAt(i);
+        }
+    }
+    const TestValue& value() const { return *reinterpret_cast<const TestValue*>(bytes_.data()); }
+
+private:
+    std::vector<std::uint64_t> bytes_;
+};
+
+/// What a test wants to go wrong.
+struct Wishes {
+    bool failMap = false;
+    bool failRemap = false;
+    bool failLock = false;
+    bool failGrow = false;
+    std::size_t reservation = ~std::size_t{0}; ///< At most so many bytes.
+    std::chrono::milliseconds patience = std::chrono::seconds(60);
+};
+
+/// A manager that fills what it hands out, so that nothing is right only because memory was zero.
+class TestManager : public HBXMappedMemoryManager {
+public:
+    static inline Wishes wishes;
+
+    TestManager(std::string name, std::size_t reservation)
+        : HBXMappedMemoryManager(std::move(name), std::min(reservation, wishes.reservation),
+                                 wishes.patience) {}
+
+    int map(std::size_t size) override { return wishes.failMap ? -1 : HBXMappedMemoryManager::map(size); }
+    int remap(std::size_t size, const HBXMappedMemoryManager& previous) override {
+        return wishes.failRemap ? -1 : HBXMappedMemoryManager::remap(size, previous);
+    }
+    int lock() override { return wishes.failLock ? -1 : HBXMappedMemoryManager::lock(); }
+    int grow(std::size_t size) override { return wishes.failGrow ? -1 : HBXMappedMemoryManager::grow(size); }
+    void prepareBlock(void* memory, std::size_t size) override { std::memset(memory, 0xAB, size); }
+};
+
+using TestCache = HBXCacheLogic<HBXGUIDBase, TestValue, TestManager>;
+using TestCachePointer = boost::intrusive_ptr<TestCache>;
+
+inline HBXGUIDBase keyOf(std::uint64_t number) {
+    const std::uint64_t spread = (number + 1) * 0x9E3779B97F4A7C15U;
+    return {static_cast<std::int64_t>(spread), static_cast<std::int64_t>(number)};
+}
+
+inline int put(TestCache& cache, std::uint64_t number, std::uint64_t version, std::size_t size) {
+    return cache.put(keyOf(number), ValueBuffer(keyOf(number), version, size).value());
+}
+
+/// Key to version and size.
+using Content = std::map<HBXGUIDBase, std::pair<std::uint64_t, std::uint64_t>>;
+
+template <class List>
+Content contentOf(List& list) {
+    Content content;
+    for (const TestValue& value : list) {
+        EXPECT_TRUE(value.isWhole());
+        content[value.key] = {value.version, value.size};
+    }
+    return content;
+}
+
+inline Content contentOf(TestCache& cache) { return contentOf(*cache.getList()); }
+
+/// A folder of its own for each test.
+class CacheTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = (std::filesystem::temp_directory_path() / "hbx-cache-XXXXXX").string();
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder_ = pattern;
+        name_ = folder_ + "/cache";
+        TestManager::wishes = Wishes();
+    }
+    void TearDown() override { std::filesystem::remove_all(folder_); }
+
+    TestCachePointer open(std::size_t maximumFileSize = 64 << 20, std::size_t maximumLists = 16) const {
+        return TestCache::createInstance(name_, false, true, 0, maximumLists, maximumFileSize);
+    }
+
+    std::string folder_;
+    std::string name_;
+};
+
+} // namespace HBX::test
