@@ -7,15 +7,14 @@
 
 namespace HBX {
 
-HBXCacheList::HBXCacheList(boost::intrusive_ptr<HBXCacheLogicBase> cache)
-    : cache_(std::move(cache)), fork_(internal::forkNumber()) {
-    cache_->openList(*this);
+HBXCacheList::HBXCacheList(HBXCacheLogicBase& cache) : cache_(cache), fork_(internal::forkNumber()) {
+    cache_.openList(*this);
 }
 
 /// A forked child has the object but not the snapshot, which the parent still holds.
 HBXCacheList::~HBXCacheList() {
     if (holdsSnapshot() && fork_ == internal::forkNumber()) {
-        cache_->closeList(*this);
+        cache_.closeList(*this);
     }
 }
 
@@ -27,7 +26,7 @@ const HBXCacheEntry* HBXCacheList::findEntry(const void* key) const {
 
 const void* HBXCacheList::valueOf(const HBXCacheEntry& entry) const {
     try {
-        return &internal::CacheView(manager_->memory(), size_, cache_->format()).valueAt(entry.value);
+        return &internal::CacheView(manager_->memory(), size_, cache_.format()).valueAt(entry.value);
     } catch (const internal::CacheDamage&) {
         return nullptr;
     }

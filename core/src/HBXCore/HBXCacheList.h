@@ -1,11 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <vector>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
-#include <boost/smart_ptr/intrusive_ref_counter.hpp>
 
 #include <HBXCommon/HBXExport.h>
 #include <HBXCore/HBXCacheFile.h>
@@ -17,9 +17,10 @@ class HBXCacheLogicBase;
 
 /// A reference-counted list of the values of one snapshot. While it lives the snapshot stays as it is, and
 /// the values may be read where they lie, from any thread, without a lock. Keeps its cache alive.
-class HBX_EXPORT HBXCacheList : public boost::intrusive_ref_counter<HBXCacheList> {
+class HBX_EXPORT HBXCacheList {
 public:
-    explicit HBXCacheList(boost::intrusive_ptr<HBXCacheLogicBase> cache);
+    /// @param cache  lives as long as any of its lists.
+    explicit HBXCacheList(HBXCacheLogicBase& cache);
     virtual ~HBXCacheList();
     HBXCacheList(const HBXCacheList&) = delete;
     HBXCacheList& operator=(const HBXCacheList&) = delete;
@@ -36,11 +37,24 @@ public:
     /// The value record of an entry, inside the file; null when the file is damaged there.
     const void* valueOf(const HBXCacheEntry& entry) const;
 
+    friend void intrusive_ptr_add_ref(HBXCacheList* list) {
+        list->references_.fetch_add(1, std::memory_order_relaxed);
+    }
+    /// Mostly there is one owner only, who needs no locked instruction to find that out.
+    friend void intrusive_ptr_release(HBXCacheList* list) {
+        if (list->references_.load(std::memory_order_acquire) == 1 ||
+            list->references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+            delete list;
+        }
+    }
+
 private:
     friend class HBXCacheLogicBase;
 
-    boost::intrusive_ptr<HBXCacheLogicBase> cache_;
-    boost::intrusive_ptr<HBXMappedMemoryManager> manager_; ///< Keeps the mapping.
+    std::atomic<int> references_{1}; ///< The maker's own is one.
+
+    HBXCacheLogicBase& cache_;
+    HBXMappedMemoryManager* manager_ = nullptr; ///< The mapping, which counts us.
     std::uint64_t snapshot_ = 0;
     std::uint64_t size_ = 0; ///< Of the file when the list was made.
     std::uint64_t fork_ = 0;

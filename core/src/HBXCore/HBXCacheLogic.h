@@ -117,7 +117,7 @@ public:
     }
 
     /// Never null; empty when it holds no snapshot.
-    boost::intrusive_ptr<ValuesList> getList() { return new ValuesList(this); }
+    boost::intrusive_ptr<ValuesList> getList() { return {new ValuesList(*this), false}; }
     /// A private copy, null when absent.
     boost::shared_ptr<Value> getCopy(const Key& key) {
         return boost::shared_ptr<Value>(static_cast<Value*>(copyBytes(&key)), HBXCachedItem::deleter_free());

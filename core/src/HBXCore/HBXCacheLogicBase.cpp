@@ -6,6 +6,7 @@
 #include <map>
 #include <new>
 #include <set>
+#include <utility>
 
 #include <HBXCommon/HBXAbort.h>
 #include <HBXCommon/HBXErrorMessage.h>
@@ -67,13 +68,17 @@ HBXCacheLogicBase::~HBXCacheLogicBase() {
         return;
     }
     if (gate_->lock() != 0) {
-        Log2(kModule, kSource, __LINE__, kDestructor, kDestructor)
-            .put("CacheLogic::~CacheLogic was unable to lock cache file");
+        logUnableToLock();
         return;
     }
-    Storage storage{manager_.get(), {}};
+    Storage storage;
     forget(storage);
     gate_->file().unlock();
+}
+
+void HBXCacheLogicBase::logUnableToLock() {
+    Log2(kModule, kSource, __LINE__, kDestructor, kDestructor)
+        .put("CacheLogic::~CacheLogic was unable to lock cache file");
 }
 
 // --- opening ---
@@ -83,7 +88,8 @@ int HBXCacheLogicBase::initialize(bool keepWritable, bool invalidateOnFailure) {
     if (openMapping() != 0) {
         return kNotMapped;
     }
-    Storage storage{manager_.get(), {}};
+    Storage storage;
+    storage.manager = manager_.get();
     if (gate_->lock() != 0) {
         manager_->file().abandon();
         forget(storage);
@@ -91,6 +97,7 @@ int HBXCacheLogicBase::initialize(bool keepWritable, bool invalidateOnFailure) {
     }
     int result = kFailed;
     try {
+        look(storage);
         result = prepare(storage);
     } catch (const CacheDamage& damage) {
         logDamage(damage);
@@ -150,10 +157,11 @@ int HBXCacheLogicBase::prepare(Storage& storage) {
 
 /// The valid flag comes last: a file that was built in part is still new, or refused.
 int HBXCacheLogicBase::buildFile(Storage& storage) {
-    internal::SidecarHead& shared = manager_->file().attachment().head();
-    shared.fileSize = manager_->file().getStoredSize() & kAlignmentMask;
-    internal::writeConstants(manager_->memory(), format_);
-    manager_->heap().create(kCacheHeaderSize, shared.fileSize);
+    internal::SidecarHead& agreed = *storage.agreed;
+    agreed.fileSize = manager_->file().getStoredSize() & kAlignmentMask;
+    look(storage);
+    internal::writeConstants(storage.base, format_);
+    manager_->heap().create(kCacheHeaderSize, agreed.fileSize);
     const std::uint64_t offset = allocate(storage, kSnapshotSize);
     if (offset == 0) {
         return kFailed;
@@ -163,7 +171,7 @@ int HBXCacheLogicBase::buildFile(Storage& storage) {
     commit(storage, head(storage).snapshot, offset);
     std::atomic_thread_fence(std::memory_order_release);
     internal::writeValidFlag(manager_->memory(), true);
-    shared.rebuild = 0;
+    agreed.rebuild = 0;
     return 0;
 }
 
@@ -200,6 +208,14 @@ int HBXCacheLogicBase::reinit() {
 
 void HBXCacheLogicBase::forget(Storage& storage) {
     memory_ = nullptr;
+    retire(storage);
+}
+
+/// Lists that read the mapping keep it until the last of them is closed.
+void HBXCacheLogicBase::retire(Storage& storage) {
+    if (manager_ != nullptr && manager_->openLists > 0) {
+        intrusive_ptr_add_ref(manager_.get());
+    }
     storage.retired = std::move(manager_);
 }
 
@@ -239,26 +255,33 @@ void HBXCacheLogicBase::unlock(Storage& storage) {
 }
 
 int HBXCacheLogicBase::checkState(Storage& storage) {
-    if (storage.manager->file().isOutdated() ||
-        internal::readConstants(storage.manager->memory()).valid == 0) {
+    look(storage);
+    if (storage.agreed->generation != storage.manager->file().generation() ||
+        !internal::readValidFlag(storage.base)) {
         forget(storage);
         return kAbandoned;
     }
+    return protect_ || storage.size != (storage.agreed->fileSize & kAlignmentMask) || needsRecovery(storage)
+               ? repairState(storage)
+               : 0;
+}
+
+int HBXCacheLogicBase::repairState(Storage& storage) {
     if (protect_ && storage.manager->file().protectMemory(false) != 0) {
         return kFailed;
     }
-    if (needsRecovery(storage)) {
-        try {
-            return recover(storage) == 0 ? 0 : giveUp(storage, kAbandoned);
-        } catch (const std::bad_alloc&) {
-            return giveUp(storage, kFailed);
-        }
+    if (!needsRecovery(storage)) {
+        return unsafe_checkSize(storage);
     }
-    return unsafe_checkSize(storage);
+    try {
+        return recover(storage) == 0 ? 0 : giveUp(storage, kAbandoned);
+    } catch (const std::bad_alloc&) {
+        return giveUp(storage, kFailed);
+    }
 }
 
 int HBXCacheLogicBase::unsafe_checkSize(Storage& storage) {
-    const std::size_t size = storage.manager->file().getSize();
+    const std::size_t size = storage.agreed->fileSize;
     if (size <= storage.manager->file().getMappedSize()) {
         return 0;
     }
@@ -278,21 +301,26 @@ int HBXCacheLogicBase::remapTo(Storage& storage, std::size_t size, bool protectO
     if (protectOld) {
         manager_->file().protectMemory(true);
     }
-    storage.retired = std::move(manager_);
+    retire(storage);
     manager_ = std::move(larger);
     storage.manager = manager_.get();
     memory_ = manager_->memory();
+    look(storage);
     return 0;
 }
 
-HBXCacheHead& HBXCacheLogicBase::head(const Storage& storage) {
-    return internal::headOf(storage.manager->memory());
-}
+HBXCacheHead& HBXCacheLogicBase::head(const Storage& storage) { return internal::headOf(storage.base); }
 
 CacheView HBXCacheLogicBase::view(const Storage& storage) const {
+    return {storage.base, storage.size, format_};
+}
+
+/// To be called whenever the mapping or the size of the file changed.
+void HBXCacheLogicBase::look(Storage& storage) const {
     const HBXMemoryMappedFile& file = storage.manager->file();
-    return {storage.manager->memory(), std::min(file.getSize(), file.getMappedSize()) & kAlignmentMask,
-            format_};
+    storage.agreed = &file.attachment().head();
+    storage.base = storage.manager->memory();
+    storage.size = std::min<std::uint64_t>(storage.agreed->fileSize, file.getMappedSize()) & kAlignmentMask;
 }
 
 void HBXCacheLogicBase::logDamage(const CacheDamage& damage) const {
@@ -342,8 +370,8 @@ int HBXCacheLogicBase::repairing(Storage& storage, Work work) {
 
 bool HBXCacheLogicBase::needsRecovery(const Storage& storage) const {
     const HBXHeapState& heap = head(storage).heap;
-    HBXMemoryMappedFile& file = storage.manager->file();
-    return file.attachment().head().rebuild != 0 || heap.end != (file.getSize() & kAlignmentMask) ||
+    const internal::SidecarHead& agreed = *storage.agreed;
+    return agreed.rebuild != 0 || heap.end != (agreed.fileSize & kAlignmentMask) ||
            heap.end < kCacheMinimumSize || heap.version != HBXSharedMemoryManager::kVersion;
 }
 
@@ -352,6 +380,7 @@ bool HBXCacheLogicBase::needsRecovery(const Storage& storage) const {
 int HBXCacheLogicBase::recover(Storage& storage) {
     internal::CacheAttachment& attachment = storage.manager->file().attachment();
     attachment.head().fileSize = storage.manager->file().getStoredSize() & kAlignmentMask;
+    look(storage);
     if (attachment.head().fileSize < kCacheMinimumSize || unsafe_checkSize(storage) != 0) {
         return -1;
     }
@@ -367,7 +396,7 @@ int HBXCacheLogicBase::recover(Storage& storage) {
         roots.push_back({offset, references});
     }
     try {
-        internal::CacheAudit(storage.manager->memory(), view(storage), roots).rebuild();
+        internal::CacheAudit(storage.base, view(storage), roots).rebuild();
     } catch (const CacheDamage& damage) {
         logDamage(damage);
         return -1;
@@ -378,13 +407,12 @@ int HBXCacheLogicBase::recover(Storage& storage) {
 
 /// The store by which a change takes effect: all that it needs is written before it.
 void HBXCacheLogicBase::commit(Storage& storage, std::uint64_t& word, std::uint64_t value) {
-    storage.manager->file().attachment().head().clean = 0;
+    storage.agreed->clean = 0;
     std::atomic_ref(word).store(value, std::memory_order_release);
 }
 
 void HBXCacheLogicBase::countChange(Storage& storage) {
-    std::atomic_ref(storage.manager->file().attachment().head().changes)
-        .fetch_add(1, std::memory_order_relaxed);
+    std::atomic_ref(storage.agreed->changes).fetch_add(1, std::memory_order_relaxed);
 }
 
 int HBXCacheLogicBase::putBytes(const void* key, const void* record, std::size_t length) {
@@ -496,7 +524,7 @@ std::uint64_t HBXCacheLogicBase::allocate(Storage& storage, std::size_t size) {
         offset = storage.manager->heap().allocate(size);
     }
     if (offset != 0) {
-        storage.manager->prepareBlock(storage.manager->memory() + offset, size);
+        storage.manager->prepareBlock(storage.base + offset, size);
     }
     return offset;
 }
@@ -518,6 +546,7 @@ bool HBXCacheLogicBase::growFor(Storage& storage, std::size_t size) {
     if (storage.manager->grow(target) != 0) {
         return false;
     }
+    look(storage);
     storage.manager->heap().resize(target);
     return true;
 }
@@ -525,7 +554,7 @@ bool HBXCacheLogicBase::growFor(Storage& storage, std::size_t size) {
 std::uint64_t HBXCacheLogicBase::storeValue(Storage& storage, const void* record, std::size_t length) {
     const std::uint64_t offset = allocate(storage, length);
     if (offset != 0) {
-        char* value = storage.manager->memory() + offset;
+        char* value = storage.base + offset;
         std::memcpy(value + sizeof(HBXCachedItem), static_cast<const char*>(record) + sizeof(HBXCachedItem),
                     length - sizeof(HBXCachedItem));
         *reinterpret_cast<HBXCachedItem*>(value) = HBXCachedItem{1, 0};
@@ -592,7 +621,7 @@ std::uint64_t HBXCacheLogicBase::replaceSnapshot(Storage& storage) {
 void HBXCacheLogicBase::fillSnapshot(Storage& storage, std::uint64_t from, std::uint64_t to,
                                      std::uint32_t capacity) {
     HBXSnapshotHead& source = view(storage).snapshotAt(from);
-    auto& made = *reinterpret_cast<HBXSnapshotHead*>(storage.manager->memory() + to);
+    auto& made = *reinterpret_cast<HBXSnapshotHead*>(storage.base + to);
     made = HBXSnapshotHead{1, capacity, 0, source.sequence + 1, HBXSnapshotHead::kMagic, 0, {}};
     made.lengths = internal::mergeLiveEntries(source, CacheView::entriesOf(made), capacity);
 }
@@ -604,7 +633,7 @@ void HBXCacheLogicBase::raiseValueCounts(Storage& storage, std::uint64_t snapsho
     const HBXCacheEntry* entries = CacheView::entriesOf(holder);
     for (std::uint32_t i = 0; i < holder.sorted(); ++i) {
         if (i + kAhead < holder.sorted()) {
-            __builtin_prefetch(storage.manager->memory() + entries[i + kAhead].value, 1);
+            __builtin_prefetch(storage.base + entries[i + kAhead].value, 1);
         }
         ++content.valueAt(entries[i].value).references;
     }
@@ -616,20 +645,21 @@ bool HBXCacheLogicBase::isSnapshotMemoryAccessible(std::uint64_t, const Storage&
 /// @return the snapshot, noted as held; 0 when there is no room to note it.
 std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage) {
     std::uint64_t offset = head(storage).snapshot;
-    const HBXSnapshotHead& current = view(storage).snapshotAt(offset);
-    if (current.references < 1) {
+    HBXSnapshotHead* current = &view(storage).snapshotAt(offset);
+    if (current->references < 1) {
         throw CacheDamage{offset, "a count of references is below 1"};
     }
-    if (current.tail() > 0 && current.references == 1) {
+    if (current->tail() > 0 && current->references == 1) {
         const std::uint64_t sorted = replaceSnapshot(storage);
         offset = sorted != 0 ? sorted : offset;
+        current = &view(storage).snapshotAt(offset);
     }
     HBXMemoryMappedFile& file = storage.manager->file();
     if (!isSnapshotMemoryAccessible(offset, storage) ||
         file.attachment().addPin(file.generation(), offset) != 0) {
         return 0;
     }
-    ++view(storage).snapshotAt(offset).references;
+    ++current->references;
     return offset;
 }
 
@@ -688,35 +718,63 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
         list.begin_ = list.sorted_->data();
         list.end_ = list.begin_ + count;
     }
-    list.manager_ = manager_;
+    list.manager_ = storage.manager;
     list.size_ = view(storage).size();
     list.snapshot_ = offset;
     ++openLists_;
+    ++storage.manager->openLists;
     return 0;
+}
+
+/// The last owner is gone. Without the lock nobody can tell, so the object stays for good.
+void HBXCacheLogicBase::endUnlessListed() {
+    if (gate_ != nullptr && gate_->file().lock(false) == 0) {
+        onlyLists_ = openLists_ > 0;
+        const bool listed = onlyLists_;
+        gate_->file().unlock();
+        if (listed) {
+            return;
+        }
+    } else if (gate_ != nullptr) {
+        logUnableToLock();
+        return;
+    }
+    delete this;
 }
 
 /// A list over a file that was replaced meanwhile has nothing to give back but its row in the table.
 void HBXCacheLogicBase::closeList(HBXCacheList& list) {
-    const std::uint64_t generation = list.manager_->file().generation();
     Storage storage;
-    const int code = lock(storage);
-    if (code != 0 && list.manager_->lock() != 0) {
+    const bool current = lock(storage) == 0;
+    HBXMappedMemoryManager* manager = list.manager_;
+    if (!current && manager->file().lock(false) != 0) {
         return;
     }
-    list.manager_->file().attachment().dropPin(generation, list.snapshot_);
-    --openLists_;
-    if (code != 0) {
-        list.manager_->file().unlock();
-        return;
+    boost::intrusive_ptr<HBXMappedMemoryManager> retired; // ends after the unlocking
+    if (--manager->openLists == 0 && manager != manager_.get()) {
+        retired.reset(manager, false);
     }
+    const bool last = --openLists_ == 0 && onlyLists_;
+    manager->file().attachment().dropPin(manager->file().generation(), list.snapshot_);
+    if (current) {
+        giveBack(storage, list.snapshot_);
+        unlock(storage);
+    } else {
+        manager->file().unlock();
+    }
+    if (last) {
+        delete this;
+    }
+}
+
+void HBXCacheLogicBase::giveBack(Storage& storage, std::uint64_t snapshot) {
     bool released = false;
     repairing(storage, [&](Storage& held) {
         if (!std::exchange(released, true)) { // a repair counts without our row already
-            releaseSnapshot(list.snapshot_, held);
+            releaseSnapshot(snapshot, held);
         }
         return 0;
     });
-    unlock(storage);
 }
 
 // --- what people ask ---

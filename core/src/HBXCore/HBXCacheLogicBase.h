@@ -6,7 +6,6 @@
 #include <string>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
-#include <boost/smart_ptr/intrusive_ref_counter.hpp>
 
 #include <HBXCommon/HBXExport.h>
 #include <HBXCore/HBXCacheFile.h>
@@ -18,6 +17,7 @@ namespace HBX {
 namespace internal {
 class CacheView;
 struct CacheDamage;
+struct SidecarHead;
 } // namespace internal
 
 /// What a writer is about to do with a snapshot.
@@ -46,7 +46,7 @@ class HBXCacheList;
 /// anew.
 ///
 /// All operations may be called from any thread, but for `initialize`.
-class HBX_EXPORT HBXCacheLogicBase : public boost::intrusive_ref_counter<HBXCacheLogicBase> {
+class HBX_EXPORT HBXCacheLogicBase {
 public:
     virtual ~HBXCacheLogicBase();
     HBXCacheLogicBase(const HBXCacheLogicBase&) = delete;
@@ -78,11 +78,24 @@ public:
     /// Removes the entry of a key; 0 also when there is none.
     int removeKey(const void* key);
 
+    friend void intrusive_ptr_add_ref(const HBXCacheLogicBase* cache) {
+        cache->references_.fetch_add(1, std::memory_order_relaxed);
+    }
+    friend void intrusive_ptr_release(HBXCacheLogicBase* cache) {
+        if (cache->references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+            cache->endUnlessListed();
+        }
+    }
+
 protected:
     /// One locked operation. Keeps a mapping that the operation had to replace until it ends.
     struct Storage {
         HBXMappedMemoryManager* manager = nullptr;
         boost::intrusive_ptr<HBXMappedMemoryManager> retired;
+        // Known once, as each is several steps away.
+        internal::SidecarHead* agreed = nullptr; ///< With the other processes.
+        char* base = nullptr;
+        std::uint64_t size = 0; ///< Of what may be read from `base`, a multiple of 16.
     };
 
     HBXCacheLogicBase(std::string name, const HBXCacheFormat& format, const HBXCacheSizes& sizes);
@@ -111,6 +124,7 @@ private:
     int checkState(Storage& storage);
     int remapTo(Storage& storage, std::size_t size, bool protectOld);
     void forget(Storage& storage);
+    void retire(Storage& storage);
     int giveUp(Storage& storage, int code);
 
     // --- operations ---
@@ -146,11 +160,16 @@ private:
     void openList(HBXCacheList& list);
     int fillList(Storage& storage, HBXCacheList& list);
     void closeList(HBXCacheList& list);
+    void giveBack(Storage& storage, std::uint64_t snapshot);
+    void endUnlessListed();
+    static void logUnableToLock();
 
     int describe(Storage& storage, HBXCacheStatus& status);
 
     internal::CacheView view(const Storage& storage) const;
     static HBXCacheHead& head(const Storage& storage);
+    void look(Storage& storage) const;
+    int repairState(Storage& storage);
     void logDamage(const internal::CacheDamage& damage) const;
 
     const std::string name_;
@@ -162,7 +181,10 @@ private:
     /// The current mapping; null when not accessible. Changed under the lock only.
     boost::intrusive_ptr<HBXMappedMemoryManager> manager_;
     std::atomic<char*> memory_{nullptr};
-    std::size_t openLists_ = 0; ///< Under the lock.
+    mutable std::atomic<int> references_{0};
+    // Under the lock. Lists are counted here, as one needs no further locked instruction for that.
+    std::size_t openLists_ = 0;
+    bool onlyLists_ = false; ///< Nobody but lists keeps us alive.
 };
 
 } // namespace HBX

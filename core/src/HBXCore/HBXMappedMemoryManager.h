@@ -36,6 +36,9 @@ public:
     char* memory() const { return static_cast<char*>(file_.getMemory()); }
     HBXSharedMemoryManager heap() const { return HBXSharedMemoryManager(memory()); }
 
+    /// Lists that read this mapping. Under the lock; the last one of a mapping that was replaced ends it.
+    std::size_t openLists = 0;
+
 protected:
     HBXMappedMemoryManager(std::string name, std::size_t reservation, std::chrono::milliseconds patience)
         : name_(std::move(name)), file_(reservation, patience) {}

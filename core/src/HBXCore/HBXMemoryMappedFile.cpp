@@ -180,7 +180,7 @@ int HBXMemoryMappedFile::mapDescriptor(std::size_t size) {
     }
     memory_ = memory;
     mappedSize_ = length;
-    range_ = std::make_unique<internal::GuardedRange>(memory, length);
+    range_ = std::make_unique<internal::GuardedRange>(memory, length, damaged_);
     return 0;
 }
 
@@ -197,8 +197,6 @@ bool HBXMemoryMappedFile::isLinked() const {
     struct stat status {};
     return fstat(descriptor_->get(), &status) != 0 || status.st_nlink > 0;
 }
-
-bool HBXMemoryMappedFile::isDamaged() const { return range_->isDamaged(); }
 
 bool HBXMemoryMappedFile::isOutdated() const { return attachment_->generation() != generation_; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -65,7 +66,7 @@ public:
     /// Whether the file still stands under its name.
     bool isLinked() const;
     /// Whether the file was cut off under us; needs guardMappedFiles.
-    bool isDamaged() const;
+    bool isDamaged() const { return damaged_.load(std::memory_order_relaxed); }
     /// Size that the file system tells.
     std::size_t getStoredSize() const;
     /// Whether the file was replaced or given up since it was mapped. Under the lock.
@@ -91,6 +92,7 @@ private:
     std::string name_;
     boost::shared_ptr<internal::CacheAttachment> attachment_;
     std::unique_ptr<internal::ForkGuardedDescriptor> descriptor_;
+    std::atomic<bool> damaged_{false};
     std::unique_ptr<internal::GuardedRange> range_;
     void* memory_ = nullptr;
     std::size_t mappedSize_ = 0;

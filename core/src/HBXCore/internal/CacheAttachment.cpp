@@ -277,43 +277,54 @@ bool CacheAttachment::isRowOf(const SidecarPin& pin, std::uint64_t generation, s
     return pin.attachment == slot_ + 1 && pin.snapshot == snapshot && pin.generation == generation;
 }
 
+/// A row of ours for that snapshot, else null; looks first where it was last.
 SidecarPin* CacheAttachment::findPin(std::uint64_t generation, std::uint64_t snapshot) {
-    if (isRowOf(sidecar_->pins[lastRow_], generation, snapshot)) {
-        return &sidecar_->pins[lastRow_];
+    SidecarPin* const begin = sidecar_->pins;
+    if (isRowOf(begin[lastRow_], generation, snapshot)) {
+        return begin + lastRow_;
     }
-    for (std::uint64_t i = 0; i < usedRows(); ++i) {
-        if (isRowOf(sidecar_->pins[i], generation, snapshot)) {
-            lastRow_ = i;
-            return &sidecar_->pins[i];
-        }
-    }
-    return nullptr;
+    SidecarPin* const end = begin + usedRows();
+    SidecarPin* const found =
+        std::find_if(begin, end, [&](const SidecarPin& pin) { return isRowOf(pin, generation, snapshot); });
+    return found == end ? nullptr : found;
 }
 
+/// The first free row; null when the table is full.
+SidecarPin* CacheAttachment::findFreeRow() {
+    SidecarPin* const begin = sidecar_->pins;
+    SidecarPin* const end = begin + usedRows();
+    SidecarPin* const found =
+        std::find_if(begin, end, [](const SidecarPin& pin) { return pin.attachment == 0; });
+    if (found != end) {
+        return found;
+    }
+    if (usedRows() == Sidecar::kPins) {
+        return nullptr;
+    }
+    head().pinRows = usedRows() + 1;
+    return end;
+}
+
+/// The row used last mostly fits: it is free, or has the same snapshot. Two rows may name one snapshot.
 int CacheAttachment::addPin(std::uint64_t generation, std::uint64_t snapshot) {
-    if (SidecarPin* pin = findPin(generation, snapshot)) {
+    SidecarPin* pin = &sidecar_->pins[lastRow_];
+    if (isRowOf(*pin, generation, snapshot)) {
         ++pin->number;
         return 0;
     }
-    SidecarPin* const begin = sidecar_->pins;
-    SidecarPin* const end = begin + usedRows();
-    SidecarPin* pin =
-        begin[lastRow_].attachment == 0 && lastRow_ < usedRows()
-            ? begin + lastRow_
-            : std::find_if(begin, end, [](const SidecarPin& row) { return row.attachment == 0; });
-    if (pin == end) {
-        if (end == begin + Sidecar::kPins) {
-            setErrorMessage("Too many lists are open over \"" + path_ + '"');
-            return -1;
-        }
-        head().pinRows = usedRows() + 1;
+    if (pin->attachment != 0 || lastRow_ >= usedRows()) {
+        pin = findFreeRow();
+    }
+    if (pin == nullptr) {
+        setErrorMessage("Too many lists are open over \"" + path_ + '"');
+        return -1;
     }
     pin->generation = generation;
     pin->snapshot = snapshot;
     pin->number = 1;
     pin->since = std::time(nullptr);
     std::atomic_ref(pin->attachment).store(slot_ + 1, std::memory_order_release);
-    lastRow_ = static_cast<std::uint64_t>(pin - begin);
+    lastRow_ = static_cast<std::uint64_t>(pin - sidecar_->pins);
     return 0;
 }
 

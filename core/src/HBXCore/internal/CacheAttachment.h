@@ -113,6 +113,7 @@ private:
     void forgetAttachments(const std::bitset<Sidecar::kAttachments>& dead);
     static void clearRow(SidecarPin& pin);
     SidecarPin* findPin(std::uint64_t generation, std::uint64_t snapshot);
+    SidecarPin* findFreeRow();
     bool isRowOf(const SidecarPin& pin, std::uint64_t generation, std::uint64_t snapshot) const;
 
     std::string path_;

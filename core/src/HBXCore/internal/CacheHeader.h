@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include <HBXCore/HBXCacheFile.h>
@@ -13,6 +14,12 @@ inline HBXCacheConstants readConstants(const char* base) {
     HBXCacheConstants constants;
     std::memcpy(&constants, base + kCacheConstantsOffset, sizeof constants);
     return constants;
+}
+
+inline bool readValidFlag(const char* base) {
+    std::uint32_t flag = 0;
+    std::memcpy(&flag, base + kCacheValidOffset, sizeof flag);
+    return flag != 0;
 }
 
 /// Whether nobody has built a header here yet, or not to the end.

@@ -20,7 +20,7 @@ public:
         auto& snapshot = *reinterpret_cast<HBXSnapshotHead*>(at(offset, kSnapshotEntriesOffset));
         if (snapshot.magic != HBXSnapshotHead::kMagic || snapshot.count() > snapshot.capacity ||
             snapshot.tail() > HBXSnapshotHead::kMaximumTail ||
-            snapshot.capacity > (size_ - offset - kSnapshotEntriesOffset) / sizeof(HBXCacheEntry)) {
+            snapshot.capacity * sizeof(HBXCacheEntry) > size_ - offset - kSnapshotEntriesOffset) {
             throw CacheDamage{offset, "the head of a snapshot is damaged"};
         }
         return snapshot;

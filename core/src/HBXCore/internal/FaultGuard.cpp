@@ -56,7 +56,8 @@ constinit std::array<std::atomic<GuardedRange*>, FaultHandler::kRanges> FaultHan
 struct sigaction FaultHandler::previous {};
 long FaultHandler::pageSize = 0;
 
-GuardedRange::GuardedRange(void* begin, std::size_t size) : begin_(static_cast<char*>(begin)), size_(size) {
+GuardedRange::GuardedRange(void* begin, std::size_t size, std::atomic<bool>& damaged)
+    : begin_(static_cast<char*>(begin)), size_(size), damaged_(damaged) {
     for (std::atomic<GuardedRange*>& entry : FaultHandler::ranges) {
         GuardedRange* none = nullptr;
         if (entry.compare_exchange_strong(none, this)) {

@@ -9,18 +9,17 @@ namespace HBX::internal {
 /// page that the file no longer has gives zeros and sets a flag instead of ending the process.
 class GuardedRange {
 public:
-    GuardedRange(void* begin, std::size_t size);
+    /// @param damaged  the flag; must outlive this.
+    GuardedRange(void* begin, std::size_t size, std::atomic<bool>& damaged);
     ~GuardedRange();
     GuardedRange(const GuardedRange&) = delete;
     GuardedRange& operator=(const GuardedRange&) = delete;
-
-    bool isDamaged() const { return damaged_.load(std::memory_order_relaxed); }
 
 private:
     friend struct FaultHandler;
     char* begin_;
     std::size_t size_;
-    std::atomic<bool> damaged_{false};
+    std::atomic<bool>& damaged_;
 };
 
 /// Takes over SIGBUS for the whole process. 0; -1 with errno. Faults elsewhere go to who had the signal
