@@ -3,6 +3,10 @@
 /// Everything that the library offers.
 
 #include <HBXFunctionalityCore/HBXCatalogue.h>
+#include <HBXFunctionalityCore/alert/HBXAlertData.h>
+#include <HBXFunctionalityCore/environment/HBXEnvCoreBasicMaintainer.h>
+#include <HBXFunctionalityCore/environment/HBXEnvFactory.h>
+#include <HBXFunctionalityCore/environment/HBXVtSettings.h>
 #include <HBXFunctionalityCore/identity/HBXEID.h>
 #include <HBXFunctionalityCore/identity/HBXEIDList.h>
 #include <HBXFunctionalityCore/identity/HBXGUID.h>
