@@ -57,8 +57,7 @@ TEST_F(EnvFactory, MakesEnvironmentsOfTheRegisteredType) {
 
 TEST_F(EnvFactory, ReadsEnvironmentsIntoTheGenericClass) {
     const Cursor it = newCursor();
-    HBXEnv env(HBXEID(HBXGUID(1, 2)),
-               coreOf("<name>n</name>") ? boost::make_shared<HBXEnvConfig>() : nullptr);
+    const HBXEnv env(HBXEID(HBXGUID(1, 2)), boost::make_shared<HBXEnvConfig>(coreOf("<name>n</name>")));
     it->putObject(env, 0);
     boost::shared_ptr<HBXEnv> made;
     EXPECT_EQ(HBXEnv::EnvSPReader()(*it, made), 0);
@@ -101,10 +100,11 @@ TEST_F(EnvFactory, NullPointersEndTheProgram) {
         {[&] { maintain(nullptr); }, "56 HBX::HBXEnvCoreBasicMaintainer::HBXEnvCoreBasicMaintainer"},
         {[&] { maintain(boost::make_shared<HBXVEnvConfig>()); },
          "57 HBX::HBXEnvCoreBasicMaintainer::HBXEnvCoreBasicMaintainer"},
-        {[] { OwnEnv(nullptr).getEID(); }, "284 HBX::HBXEnv::getCoreBasic"},
+        {[] { static_cast<void>(OwnEnv(nullptr).getEID()); }, "284 HBX::HBXEnv::getCoreBasic"},
         {[&] { factory.registerEnv("own", nullptr); }, "315 HBX::HBXEnvFactory::registerEnv"},
         {[&] { factory.registerEnvUpdater("own", nullptr); }, "333 HBX::HBXEnvFactory::registerEnvUpdater"},
-        {[&] { factory.createVEnvConfig(nullptr); }, "513 HBX::HBXEnvFactory::createVEnvConfig"},
+        {[&] { static_cast<void>(factory.createVEnvConfig(nullptr)); },
+         "513 HBX::HBXEnvFactory::createVEnvConfig"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(abortOf(row.call),

@@ -143,7 +143,6 @@ TEST(Env, ViewOverReadOnlyMemoryIsNeverWritten) {
         EXPECT_EQ(decodeRecord<HBXEnv>(bytes, target), 0);
         EXPECT_EQ(target, env);
         EXPECT_EQ(HBXEnvCoreBasic::createInstance(*mapped)->eid, kId);
-        mapped->getBuffer(nullptr, *std::make_unique<std::size_t>());
     }
     munmap(page, core->length());
 }
