@@ -18,7 +18,7 @@ std::string contentOf(const HBXEnvCoreBasic& record) {
 }
 
 Message messageWith(const std::string& name) {
-    const Message message = newMessage();
+    Message message = newMessage();
     rootOf(message)->putValue(name, 1026);
     return message;
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <thread>
 
@@ -147,10 +148,10 @@ TEST(EnvConfig, WritesNeverReachTheRecordOrACopy) {
 TEST(EnvConfig, DamageLooksLikeAbsenceAndIsNotWrittenOver) {
     const std::string whole(coreOf("<name>name</name><domain>d</domain>")->configBytes());
     for (std::size_t at = 0; at < whole.size(); ++at) {
-        for (unsigned bit = 0; bit < 8; ++bit) {
+        for (int bit = 0; bit < 8; ++bit) {
             const Core core = coreOf("<name>name</name><domain>d</domain>");
             char& byte = reinterpret_cast<char*>(core.get())[HBXEnvCoreBasic::kDataOffset + at];
-            byte = static_cast<char>(byte ^ (1U << bit));
+            byte = static_cast<char>(byte ^ (1 << bit));
             const std::string damaged(core->configBytes());
             HBXEnvConfig config(core);
             Text value;
@@ -225,9 +226,9 @@ TEST(EnvConfig, OneViewServesSeveralThreads) {
     written.initMsg();
     const HBXEnvConfig configs[] = {HBXEnvConfig(coreOf("<name>n</name>")), written};
     std::atomic<int> failures{0};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
+    std::array<std::thread, 4> threads;
+    for (std::thread& thread : threads) {
+        thread = std::thread([&] {
             for (int round = 0; round < 500; ++round) {
                 const HBXEnvConfig& config = configs[round % 2];
                 Text name;

@@ -3,6 +3,7 @@
 #include "EnvTestUtil.h"
 
 namespace HBX::test {
+
 namespace {
 
 struct OwnVEnvConfig : HBXVEnvConfig {
@@ -29,7 +30,7 @@ public:
 
 class EnvFactory : public testing::Test {
 protected:
-    ~EnvFactory() override { factory.clear(); }
+    void TearDown() override { factory.clear(); }
     HBXEnvFactory& factory = HBXEnvFactory::getInstance();
 };
 
@@ -38,11 +39,13 @@ bool isOwn(const boost::shared_ptr<HBXEnv>& env) { return dynamic_cast<const Own
 TEST_F(EnvFactory, MakesEnvironmentsOfTheRegisteredType) {
     const Core core = coreOf("", "<disabled>1</disabled>");
     core->type = "own";
-    EXPECT_FALSE(isOwn(factory.createEnv("own")));
+    EXPECT_FALSE(isOwn(envOver(core)));
+    EXPECT_EQ(recordOf(*envOver(core)), core);
     EXPECT_EQ(factory.createEnv("own")->getType().str(), "own");
 
     factory.registerEnv("own", boost::make_shared<OwnChildFactory>());
     EXPECT_TRUE(isOwn(factory.createEnv("own")));
+    EXPECT_TRUE(isOwn(envOver(core)));
     EXPECT_FALSE(isOwn(factory.createEnv("owner")));
     const auto config = factory.createVEnvConfig(core);
     EXPECT_NE(dynamic_cast<OwnVEnvConfig*>(config.get()), nullptr);
@@ -103,6 +106,7 @@ TEST_F(EnvFactory, NullPointersEndTheProgram) {
         {[] { static_cast<void>(OwnEnv(nullptr).getEID()); }, "284 HBX::HBXEnv::getCoreBasic"},
         {[&] { factory.registerEnv("own", nullptr); }, "315 HBX::HBXEnvFactory::registerEnv"},
         {[&] { factory.registerEnvUpdater("own", nullptr); }, "333 HBX::HBXEnvFactory::registerEnvUpdater"},
+        {[] { envOver(nullptr); }, "502 HBX::HBXEnvFactory::createEnv"},
         {[&] { static_cast<void>(factory.createVEnvConfig(nullptr)); },
          "513 HBX::HBXEnvFactory::createVEnvConfig"},
     };

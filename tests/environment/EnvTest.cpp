@@ -41,6 +41,7 @@ TEST(Env, TakesItsRecordFromItsConfigurations) {
     EXPECT_FALSE(env.getParentEID().isValid());
     EXPECT_EQ(env.getType().str(), "special");
     EXPECT_EQ(env.getConfig(), config);
+    EXPECT_EQ(HBXEnvConfig(recordOf(env)), *config);
     ASSERT_NE(env.getVirtualConfig(), nullptr);
     EXPECT_EQ(HBXEnv(kId, boost::make_shared<HBXVEnvConfig>()).getTitle(), kId.toString());
     EXPECT_EQ(HBXEnv().getStatus(), HBXEnvStatus());
@@ -104,19 +105,26 @@ TEST(Env, IsCalledByTheFirstTextThatItHas) {
 TEST(Env, SyncedRecordHoldsWhatTheConfigurationsSay) {
     const Core core = coreOf("<name>old</name><future/>", "<disabled>1</disabled>");
     core->eid = kId;
+    core->type = "special";
     const std::string before(core->configBytes());
-    OwnEnv env(core);
+    HBXEnv env = *envOver(core);
     EXPECT_EQ(env.syncBuffer(), 0);
+    EXPECT_EQ(recordOf(env), core) << "nothing new";
+
     env.getConfig()->setName(Text(std::string("new")));
     EXPECT_EQ(env.syncBuffer(), 0);
-    EXPECT_EQ(env.getEID(), kId);
     EXPECT_EQ(core->configBytes(), before) << "another record took its place";
-    const Cursor it = newCursor();
-    EXPECT_EQ(it->putObject<HBXEnv>(env, 0), 0);
-    EXPECT_EQ(takeText(it->toText()).find("old"), std::string::npos);
-    env.getConfig()->reset(false);
+    EXPECT_EQ(env.getEID(), kId);
+    EXPECT_EQ(env.getType().str(), "special");
+    EXPECT_EQ(*envOver(recordOf(env)), env);
+    EXPECT_EQ(envOver(recordOf(env))->getTitle(), "new");
+
+    env.getVirtualConfig()->setName(Text(std::string("virtual")));
     EXPECT_EQ(env.syncBuffer(), 0);
-    EXPECT_EQ(env.getTitle(), "old");
+    EXPECT_EQ(envOver(recordOf(env))->getTitle(), "virtual");
+    env.getConfig()->reset(true);
+    EXPECT_EQ(env.syncBuffer(), 0);
+    EXPECT_EQ(recordOf(env)->getConfig(), nullptr);
 }
 
 TEST(Env, ViewOverReadOnlyMemoryIsNeverWritten) {
@@ -192,6 +200,7 @@ TEST(Env, ReadsWhatIsCompleteAndLeavesItselfAloneOtherwise) {
             EXPECT_EQ(env.getStatus(), original.getStatus());
             EXPECT_EQ(env.getAlertType(HBXAlertData::OTHER), original.getAlertType(HBXAlertData::OTHER));
             EXPECT_EQ(env.getType().str(), "generic");
+            EXPECT_EQ(*envOver(recordOf(env)), env);
             EXPECT_EQ(env.getTitle(), it->seekPresence(1185) == 0 ? "web" : kId.toString());
         }
     }

@@ -34,6 +34,11 @@ inline std::string textOf(const HBXEnvConfig& config) {
     return begin == std::string::npos ? text : text.substr(begin + 9);
 }
 
+// What otherwise only the cache may call.
+
+const Core& recordOf(const HBXEnv& env);
+boost::shared_ptr<HBXEnv> envOver(const Core& core);
+
 /// Environments over a record come from the factory; this takes the way that a module's own class takes.
 struct OwnEnv : HBXEnv {
     explicit OwnEnv(Core core) : HBXEnv(std::move(core)) {}

@@ -45,7 +45,7 @@ HBXEnvCoreBasic::pointer HBXEnvCoreBasic::make(const HBXEnvCoreBasic& fields, st
         throw std::bad_alloc();
     }
     auto* record = new (memory) HBXEnvCoreBasic();
-    const pointer owner(record, HBXCachedItem::deleter_free());
+    pointer owner(record, HBXCachedItem::deleter_free());
     record->eid = fields.eid;
     record->parentEid = fields.parentEid;
     record->status = fields.status;
