@@ -58,7 +58,9 @@ std::vector<std::unique_ptr<AnyRecord>> hold() {
 std::vector<std::unique_ptr<AnyRecord>> allRecords() {
     return hold<HBXGUID, HBXEID, HBXEIDList, HBXTimeInterval, HBXTimeZone, HBXDate, HBXNamedOpStrListProperty,
                 HBXSchedulerTrigger, HBXSchedulerOnceTrigger, HBXSchedulerDailyTrigger,
-                HBXSchedulerWeeklyTrigger, HBXSchedulerMonthlyTrigger, HBXSchedulerMonthlyDayOfWeekTrigger>();
+                HBXSchedulerWeeklyTrigger, HBXSchedulerMonthlyTrigger, HBXSchedulerMonthlyDayOfWeekTrigger,
+                HBXEnv, HBXEnvConfig, HBXVEnvConfig, HBXEnvStatus, HBXQoS, HBXOS, HBXVtSettings, HBXVtVersion,
+                HBXIPAddress>();
 }
 
 TEST(Catalogue, ListsEveryRecordOnceWithWhatMarksIt) {

@@ -10,8 +10,18 @@ namespace HBX {
 template class HBXDerivedParserFactory<HBXSchedulerTrigger>;
 constinit const HBXPointerType HBXSchedulerTrigger::family = familyType<HBXSchedulerTrigger>();
 
+template class HBXDerivedParserFactory<HBXEnv>;
+constinit const HBXPointerType HBXEnv::family = familyType<HBXEnv>();
+
+template class HBXDerivedParserFactory<HBXEnvConfig>;
+constinit const HBXPointerType HBXEnvConfig::family = familyType<HBXEnvConfig>();
+
+template class HBXDerivedParserFactory<HBXVtSettings>;
+constinit const HBXPointerType HBXVtSettings::family = familyType<HBXVtSettings>();
+
 namespace {
 
+constexpr bool kIsDefault = true;
 constexpr bool kIsNotDefault = false;
 
 template <class Derived, class Base>
@@ -23,6 +33,11 @@ Entry<HBXSchedulerDailyTrigger, HBXSchedulerTrigger> dailyTrigger(kIsNotDefault)
 Entry<HBXSchedulerWeeklyTrigger, HBXSchedulerTrigger> weeklyTrigger(kIsNotDefault);
 Entry<HBXSchedulerMonthlyTrigger, HBXSchedulerTrigger> monthlyTrigger(kIsNotDefault);
 Entry<HBXSchedulerMonthlyDayOfWeekTrigger, HBXSchedulerTrigger> dayOfWeekTrigger(kIsNotDefault);
+
+Entry<HBXEnv, HBXEnv> env(kIsDefault);
+Entry<HBXEnvConfig, HBXEnvConfig> envConfig(kIsDefault);
+Entry<HBXVEnvConfig, HBXEnvConfig> virtualEnvConfig(kIsNotDefault);
+Entry<HBXVtSettings, HBXVtSettings> vtSettings(kIsDefault);
 
 constexpr const HBXRecordTable* kRecords[] = {
     &HBXGUID::table,
@@ -38,6 +53,15 @@ constexpr const HBXRecordTable* kRecords[] = {
     &HBXSchedulerWeeklyTrigger::table,
     &HBXSchedulerMonthlyTrigger::table,
     &HBXSchedulerMonthlyDayOfWeekTrigger::table,
+    &HBXEnv::table,
+    &HBXEnvConfig::table,
+    &HBXVEnvConfig::table,
+    &HBXEnvStatus::table,
+    &HBXQoS::table,
+    &HBXOS::table,
+    &HBXVtSettings::table,
+    &HBXVtVersion::table,
+    &HBXIPAddress::table,
 };
 
 } // namespace

@@ -3,6 +3,21 @@
 /// Everything that the library offers.
 
 #include <HBXFunctionalityCore/HBXCatalogue.h>
+#include <HBXFunctionalityCore/alert/HBXAlertData.h>
+#include <HBXFunctionalityCore/environment/HBXEnv.h>
+#include <HBXFunctionalityCore/environment/HBXEnvChildFactory.h>
+#include <HBXFunctionalityCore/environment/HBXEnvConfig.h>
+#include <HBXFunctionalityCore/environment/HBXEnvCoreBasic.h>
+#include <HBXFunctionalityCore/environment/HBXEnvCoreBasicMaintainer.h>
+#include <HBXFunctionalityCore/environment/HBXEnvFactory.h>
+#include <HBXFunctionalityCore/environment/HBXEnvStatus.h>
+#include <HBXFunctionalityCore/environment/HBXEnvUpdater.h>
+#include <HBXFunctionalityCore/environment/HBXIPAddress.h>
+#include <HBXFunctionalityCore/environment/HBXOS.h>
+#include <HBXFunctionalityCore/environment/HBXQoS.h>
+#include <HBXFunctionalityCore/environment/HBXVEnvConfig.h>
+#include <HBXFunctionalityCore/environment/HBXVtSettings.h>
+#include <HBXFunctionalityCore/environment/HBXVtVersion.h>
 #include <HBXFunctionalityCore/identity/HBXEID.h>
 #include <HBXFunctionalityCore/identity/HBXEIDList.h>
 #include <HBXFunctionalityCore/identity/HBXGUID.h>

@@ -86,6 +86,9 @@ std::strong_ordering compareRecords(const void* a, const void* b, const HBXRecor
     if (table.text != nullptr) {
         return table.text->compare(a, b);
     }
+    if (table.compare != nullptr) {
+        return table.compare(a, b);
+    }
     if (table.base != nullptr) {
         if (const auto order = compareRecords(table.toBase(a), table.toBase(b), *table.base);
             std::is_neq(order)) {

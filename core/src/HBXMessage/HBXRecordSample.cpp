@@ -21,13 +21,34 @@ public:
         if (table.base != nullptr) {
             this->record(const_cast<void*>(table.toBase(record)), *table.base);
         }
-        for (const HBXRow& row : table) {
-            member(row, table, record);
+        if (table.view == nullptr) {
+            rows(record, table);
+        } else {
+            view(record, table);
         }
         --depth_;
     }
 
 private:
+    void rows(void* record, const HBXRecordTable& table) {
+        for (const HBXRow& row : table) {
+            member(row, table, record);
+        }
+    }
+
+    void view(void* record, const HBXRecordTable& table) {
+        struct Context {
+            Filler& filler;
+            const HBXRecordTable& table;
+        } context{*this, table};
+        table.view->store(record, {[](void* raw, void* view) {
+                                       const Context& of = *static_cast<const Context*>(raw);
+                                       of.filler.rows(view, of.table);
+                                       return true;
+                                   },
+                                   &context});
+    }
+
     void member(const HBXRow& row, const HBXRecordTable& table, void* record) {
         const bool nests = row.kind == HBXKind::Record || row.kind == HBXKind::Pointer;
         if (nests && depth_ > kDeepest && row.presence != HBXPresence::Mandatory) {

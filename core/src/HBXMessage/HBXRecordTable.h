@@ -1,6 +1,7 @@
 #pragma once
 
 #include <compare>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <set>
@@ -123,6 +124,13 @@ struct HBXRow {
     std::string_view name; ///< of the C++ member
 };
 
+/// Of a record that does not hold its members where rows could reach them: the rows are those of a plain
+/// structure instead, which is made from the record to be looked at, or filled and put into it.
+struct HBXRecordView {
+    void (*show)(const void* record, HBXFill look);
+    void (*store)(void* record, HBXFill fill);
+};
+
 /// All that is known of one record type; constant data, defined beside the record.
 struct HBXRecordTable {
     std::string_view name;
@@ -137,7 +145,10 @@ struct HBXRecordTable {
     const void* origin;
     const HBXRecordTable* base; ///< the record it derives from, whose members come first
     const void* (*toBase)(const void* record);
-    const HBXValueType* text; ///< of a record that is one text
+    const HBXValueType* text;  ///< of a record that is one text
+    const HBXRecordView* view; ///< where the rows are not those of the record itself
+    /// The order of a record that has one of its own; null where the rows say it.
+    std::strong_ordering (*compare)(const void* a, const void* b);
     /// Readers and writers written by hand; null where the rows say all.
     int (*read)(const HBXMessageIterator& it, void* record);
     int (*write)(HBXMessageIterator& it, const void* record);
@@ -318,6 +329,26 @@ template <class List>
 inline constexpr HBXListType listType = describeList<List>();
 
 template <class T>
+concept SelfComparing = requires(const T& a, const T& b) {
+    { a.compare(b) } -> std::same_as<int>;
+};
+
+/// `View` is made from a record, and put into one by `storeTo`.
+template <class T, class View>
+inline constexpr HBXRecordView recordView{.show =
+                                              [](const void* record, HBXFill look) {
+                                                  View view(*static_cast<const T*>(record));
+                                                  look(&view);
+                                              },
+                                          .store =
+                                              [](void* record, HBXFill fill) {
+                                                  View view;
+                                                  if (fill(&view)) {
+                                                      view.storeTo(*static_cast<T*>(record));
+                                                  }
+                                              }};
+
+template <class T>
 inline constexpr bool isTableDriven = std::is_same_v<typename T::Reader, HBXTableReader<T>>;
 
 } // namespace internal
@@ -431,6 +462,11 @@ constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId
             return static_cast<const Base*>(static_cast<const T*>(record));
         };
     }
+    if constexpr (internal::SelfComparing<T>) {
+        table.compare = [](const void* a, const void* b) {
+            return static_cast<const T*>(a)->compare(*static_cast<const T*>(b)) <=> 0;
+        };
+    }
     if constexpr (internal::TextRecord<T>) {
         if (nsid != 0 || typeId != 0) {
             throw "a record that is one text carries no marks"; // fails the compilation
@@ -459,6 +495,17 @@ constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId
 template <class T, class Base = void>
 constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId) {
     return recordTable<T, Base>(name, nsid, typeId, nullptr, 0);
+}
+
+/// The table of a record whose members are seen through `View`, a record of its own whose rows these are.
+/// Such a record has reader, writer and `compare` written by hand.
+template <class T, class View, class Base = void, std::size_t N>
+constexpr HBXRecordTable viewTable(std::string_view name, int nsid, int typeId, const HBXRow (&rows)[N]) {
+    static_assert(!internal::isTableDriven<T> && internal::SelfComparing<T>);
+    HBXRecordTable table = recordTable<T, Base>(name, nsid, typeId, rows);
+    table.origin = &internal::probe<View>.object;
+    table.view = &internal::recordView<T, View>;
+    return table;
 }
 
 } // namespace HBX

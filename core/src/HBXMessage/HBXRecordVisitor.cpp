@@ -27,6 +27,23 @@ private:
         if (table.base != nullptr) {
             members(table.toBase(record), *table.base);
         }
+        if (table.view == nullptr) {
+            rows(record, table);
+            return;
+        }
+        struct Context {
+            Walk& walk;
+            const HBXRecordTable& table;
+        } context{*this, table};
+        table.view->show(record, {[](void* raw, void* view) {
+                                      const Context& to = *static_cast<const Context*>(raw);
+                                      to.walk.rows(view, to.table);
+                                      return true;
+                                  },
+                                  &context});
+    }
+
+    void rows(const void* record, const HBXRecordTable& table) {
         for (const HBXRow& row : table) {
             if (!table.isSet(row, record)) {
                 visitor_.absent(&row);

@@ -1,0 +1,7 @@
+#include <HBXFunctionalityCore/environment/HBXEnvChildFactory.h>
+
+namespace HBX {
+
+HBXEnvChildFactory::~HBXEnvChildFactory() = default;
+
+} // namespace HBX

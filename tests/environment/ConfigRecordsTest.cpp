@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include <HBXFunctionalityCore/HBXFunctionalityCore.h>
+
+#include "support/MessageTestUtil.h"
+
+/// The small values that configurations consist of.
+namespace HBX::test {
+namespace {
+
+constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+
+TEST(QoS, ParsesOneNumberOrTwo) {
+    const struct {
+        std::string text;
+        int result;
+        std::int64_t barrier;
+        std::int64_t limit;
+    } rows[] = {
+        {"100", 0, 100, 100},   {"100:200", 0, 100, 200},
+        {"-5:7", 0, -5, 7},     {"100:", 0, 100, 100},
+        {"100:x", 0, 100, 100}, {"1 :2", 0, 1, 1},
+        {"x", -1, 1, 2},        {"", -1, 1, 2},
+        {":5", -1, 1, 2},       {"9223372036854775807:99999999999999999999", 0, kMost, kMost},
+    };
+    for (const auto& row : rows) {
+        HBXQoS qos;
+        qos.barrier = 1;
+        qos.limit = 2;
+        EXPECT_EQ(qos.fromString(row.text), row.result) << row.text;
+        EXPECT_EQ(qos.barrier.get(), row.barrier) << row.text;
+        EXPECT_EQ(qos.limit, row.limit) << row.text;
+    }
+    EXPECT_EQ(HBXQoS("3:4").limit, 4);
+    EXPECT_FALSE(HBXQoS("x").barrier.isSet());
+    EXPECT_EQ(HBXQoS::unlimited, kMost);
+}
+
+TEST(QoS, WithoutBarrierEqualsEveryOneOfItsLimit) {
+    HBXQoS bare;
+    bare.limit = 5;
+    const HBXQoS low("1:5");
+    const HBXQoS high("2:5");
+    EXPECT_EQ(bare, low);
+    EXPECT_EQ(bare, high);
+    EXPECT_LT(low, high);
+    EXPECT_LT(high, HBXQoS("0:6"));
+    HBXQoS named;
+    named.id = "a";
+    EXPECT_LT(HBXQoS("9:9"), named) << "the id comes first";
+    EXPECT_EQ((std::set<HBXQoS>{low, high, HBXQoS("1:5")}.size()), 2U);
+}
+
+TEST(IPAddress, KeepsDottedMasksAsPrefixLengthsAndSendsThemDotted) {
+    const struct {
+        std::string address;
+        std::string mask;
+        std::string kept;
+        std::string sent;
+    } rows[] = {
+        {"10.0.0.1", "255.255.255.0", "24", "255.255.255.0"},
+        {"10.0.0.1", "24", "24", "255.255.255.0"},
+        {"10.0.0.1", "255.0.255.0", "8", "255.0.0.0"},
+        {"10.0.0.1", "0.0.0.0", "0", "0.0.0.0"},
+        {"10.0.0.1", "33", "33", "33"},
+        {"10.0.0.1", "no.mask", "no.mask", "no.mask"},
+        {"fe80::1", "64", "64", "64"},
+        {"fe80::1", "255.255.0.0", "255.255.0.0", "255.255.0.0"},
+        {"name", "16", "16", "255.255.0.0"},
+    };
+    for (const auto& row : rows) {
+        const HBXIPAddress address(row.address, row.mask);
+        EXPECT_EQ(address.toStringWithNetwork(), row.address + '/' + row.kept);
+        const Cursor it = newCursor();
+        EXPECT_EQ(it->putObject(address, 1008), 0);
+        it->seek(1008);
+        std::string sent;
+        EXPECT_EQ(it->getValue(sent, 1784), 0);
+        EXPECT_EQ(sent, row.sent);
+        HBXIPAddress back;
+        EXPECT_EQ(it->getObject(back, 0), 0);
+        EXPECT_EQ(back, address) << row.mask;
+    }
+    EXPECT_EQ(HBXIPAddress("10.0.0.1", 24), HBXIPAddress("10.0.0.1", "255.255.255.0"));
+}
+
+TEST(IPAddress, TravelsWithoutNetmask) {
+    const Cursor it = newCursor();
+    it->putObject(HBXIPAddress("10.0.0.1"), 1008);
+    it->seek(1008);
+    EXPECT_EQ(it->seekPresence(1784), -1);
+    HBXIPAddress back;
+    back.netmask = "9";
+    EXPECT_EQ(it->getObject(back, 0), 0);
+    EXPECT_EQ(back.toStringWithNetwork(), "10.0.0.1/9") << "what is absent stays";
+    EXPECT_EQ(HBXIPAddress("10.0.0.1").toStringWithNetwork(), "10.0.0.1");
+    it->deleteChild(1262);
+    EXPECT_EQ(it->getObject(back, 0), -1);
+}
+
+TEST(VtSettings, LeavesAnEmptyDescriptionOut) {
+    const Cursor it = newCursor();
+    HBXVtSettings settings;
+    EXPECT_EQ(it->putObject(settings, 0), 0);
+    EXPECT_EQ(it->firstChild(), -1);
+    settings.description = "text";
+    settings.version = HBXVtVersion{"p", "a", "t"};
+    EXPECT_EQ(it->putObject(settings, 0), 0);
+    HBXVtSettings back;
+    EXPECT_EQ(it->getObject(back, 0), 0);
+    EXPECT_EQ(back, settings);
+    it->seek(1897);
+    it->deleteChild(2103);
+    it->seekRoot();
+    back.version.reset();
+    EXPECT_EQ(it->getObject(back, 0), 0);
+    EXPECT_FALSE(back.version.isSet()) << "a version that cannot be read is none";
+}
+
+TEST(AlertType, IsANumberWithoutMarks) {
+    const Cursor it = newCursor();
+    for (const int level : {0, 3, 77, -1}) {
+        const auto type = static_cast<HBXAlertData::AlertType>(level);
+        EXPECT_EQ(HBXWriterIDT(HBXAlertTypeWriter(), 1003)(*it, type), 0);
+        it->seek(1003);
+        EXPECT_EQ(it->curType(), "");
+        HBXAlertData::AlertType back{};
+        EXPECT_EQ(HBXAlertTypeReader()(*it, back), 0);
+        EXPECT_EQ(back, type);
+        it->deleteFromChild();
+    }
+    HBXAlertData::AlertType kept = HBXAlertData::RED;
+    EXPECT_NE(HBXAlertTypeReader()(*it, kept), 0);
+    EXPECT_EQ(kept, HBXAlertData::RED);
+}
+
+} // namespace
+} // namespace HBX::test

@@ -1,0 +1,284 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <thread>
+
+#include "EnvTestUtil.h"
+
+namespace HBX::test {
+namespace {
+
+constexpr const char* kUnknown = "<future a=\"1\"><x>y</x></future>";
+
+/// One property: set to a value, read back, and taken away where that can be said.
+struct Property {
+    const char* element;
+    std::function<int(HBXEnvConfig&)> set;
+    std::function<bool(const HBXEnvConfig&)> holds;
+    std::function<int(HBXEnvConfig&)> unset;
+};
+
+template <class T>
+Property property(const char* element, T value, int (HBXEnvConfig::*set)(const HBXOptionalProperty<T>&),
+                  int (HBXEnvConfig::*get)(HBXOptionalProperty<T>&) const) {
+    return {element, [=](HBXEnvConfig& c) { return (c.*set)(HBXOptionalProperty<T>(value)); },
+            [=](const HBXEnvConfig& c) {
+                HBXOptionalProperty<T> back;
+                return (c.*get)(back) == 0 && back.isSet() && back.get() == value;
+            },
+            [=](HBXEnvConfig& c) { return (c.*set)({}); }};
+}
+
+template <class T>
+Property plain(const char* element, T value, int (HBXEnvConfig::*set)(const T&),
+               int (HBXEnvConfig::*get)(T&) const) {
+    return {element, [=](HBXEnvConfig& c) { return (c.*set)(value); },
+            [=](const HBXEnvConfig& c) {
+                T back{};
+                return (c.*get)(back) == 0 && back == value;
+            },
+            nullptr};
+}
+
+std::vector<Property> allProperties() {
+    using C = HBXEnvConfig;
+    HBXOS os;
+    os.version = "7";
+    os.name = "os";
+    return {
+        property<std::string>("name", "n", &C::setName, &C::getName),
+        property<std::string>("description", "\x01 any", &C::setDescription, &C::getDescription),
+        property<std::string>("domain", "d", &C::setDomain, &C::getDomain),
+        property<std::string>("host_name", "h", &C::setHostname, &C::getHostname),
+        property<std::string>("architecture", "", &C::setArchitecture, &C::getArchitecture),
+        property<std::vector<std::string>>("name_servers", {"a", "b"}, &C::setNameservers,
+                                           &C::getNameservers),
+        property<std::vector<std::string>>("search_domains", {"s"}, &C::setSearchDomains,
+                                           &C::getSearchDomains),
+        property<std::vector<std::string>>("child_types", {}, &C::setChildTypes, &C::getChildTypes),
+        property<std::vector<HBXIPAddress>>("address", {HBXIPAddress("10.0.0.1", 24), HBXIPAddress("::1")},
+                                            &C::setAddresses, &C::getAddresses),
+        plain<HBXOS>("os", os, &C::setOS, &C::getOS),
+        property<HBXGUID>("base_sample", HBXGUID(1, 2), &C::setBaseSampleId, &C::getBaseSampleId),
+        plain<HBXGUID>("base_snapshot", HBXGUID(3, 4), &C::setBaseSnapshotId, &C::getBaseSnapshotId),
+    };
+}
+
+TEST(EnvConfig, SettersReplaceTheirElementAndNothingElse) {
+    for (const Property& p : allProperties()) {
+        SCOPED_TRACE(p.element);
+        HBXEnvConfig config(coreOf(kUnknown));
+        EXPECT_FALSE(p.holds(config)) << "absent";
+        EXPECT_EQ(p.set(config), 0);
+        EXPECT_TRUE(p.holds(config));
+        config.getMessageIterator()->newChild(p.element); // one more, which cannot be read
+        EXPECT_EQ(p.set(config), 0);
+        const std::string text = textOf(config);
+        const std::string open = std::string("<") + p.element;
+        EXPECT_EQ(text.find(open), text.rfind(open)) << text;
+        EXPECT_NE(text.find(kUnknown), std::string::npos) << text;
+
+        std::string bytes;
+        EXPECT_EQ(config.getBytes(bytes), 0);
+        const Core stored = HBXEnvCoreBasic::createInstance(config.getMessageIterator().get(), ENV_CONFIG);
+        EXPECT_EQ(stored->configBytes(), bytes);
+        EXPECT_TRUE(p.holds(HBXEnvConfig(stored))) << "read where it lies";
+        if (p.unset) {
+            EXPECT_EQ(p.unset(config), 0);
+            EXPECT_FALSE(p.holds(config));
+            EXPECT_EQ(textOf(config), textOf(HBXEnvConfig(coreOf(kUnknown))));
+        }
+    }
+}
+
+TEST(EnvConfig, FailedGettersLeaveTheirOutputAlone) {
+    const HBXEnvConfig views[] = {HBXEnvConfig(), HBXEnvConfig(coreOf("<name/><customized>x</customized>")),
+                                  HBXEnvConfig(coreOf("<name_servers><value/></name_servers>"))};
+    for (const HBXEnvConfig& config : views) {
+        Text name(std::string("kept"));
+        EXPECT_EQ(config.getName(name), -1);
+        EXPECT_EQ(name.get(), "kept");
+        bool flag = true;
+        EXPECT_EQ(config.getConfigCustomized(flag), -1);
+        EXPECT_TRUE(flag);
+        HBXOptionalProperty<std::vector<std::string>> servers;
+        EXPECT_EQ(config.getNameservers(servers), -1);
+        EXPECT_FALSE(servers.isSet());
+    }
+}
+
+TEST(EnvConfig, TellsTheVersionOfTheAgentThatMadeIt) {
+    HBXEnvConfig config;
+    EXPECT_EQ(config.getAgentVersion(), -1) << "no message";
+    EXPECT_EQ(config.initMsg(), 0);
+    EXPECT_EQ(config.getAgentVersion(), 40500);
+    EXPECT_EQ(HBXEnvConfig(coreOf("<name>n</name>")).getAgentVersion(), 40000);
+    EXPECT_EQ(HBXEnvConfig(coreOf("<version>7</version>")).getAgentVersion(), 7);
+    HBXEnvConfig old(coreOf("<name>n</name>"));
+    EXPECT_EQ(old.initMsg(), 0);
+    EXPECT_EQ(old.getAgentVersion(), 40000) << "what was there is not made newer";
+    HBXVEnvConfig virtualConfig;
+    EXPECT_EQ(virtualConfig.initMsg(), 0);
+    EXPECT_EQ(virtualConfig.getAgentVersion(), -1);
+    EXPECT_EQ(textOf(virtualConfig), "/>");
+}
+
+TEST(EnvConfig, WritesNeverReachTheRecordOrACopy) {
+    const Core core = coreOf("<name>old</name>");
+    const std::string before(core->configBytes());
+    HBXEnvConfig config(core);
+    const HBXEnvConfig early(config);
+    config.setName(Text(std::string("new")));
+    const HBXEnvConfig late(config);
+    config.setName(Text(std::string("newest")));
+    EXPECT_EQ(core->configBytes(), before);
+    EXPECT_EQ(textOf(early), textOf(HBXEnvConfig(core)));
+    Text name;
+    EXPECT_EQ(late.getName(name), 0);
+    EXPECT_EQ(name.get(), "new");
+    config.reset(false);
+    EXPECT_EQ(config.compare(early), 0) << "the record counts again";
+    config.reset(true);
+    EXPECT_EQ(config.getName(name), -1);
+    EXPECT_EQ(std::as_const(config).getMessageIterator(), nullptr);
+    EXPECT_EQ(config.getMessageIterator(), nullptr);
+}
+
+TEST(EnvConfig, DamageLooksLikeAbsenceAndIsNotWrittenOver) {
+    const std::string whole(coreOf("<name>name</name><domain>d</domain>")->configBytes());
+    for (std::size_t at = 0; at < whole.size(); ++at) {
+        for (int bit = 0; bit < 8; ++bit) {
+            const Core core = coreOf("<name>name</name><domain>d</domain>");
+            char& byte = reinterpret_cast<char*>(core.get())[HBXEnvCoreBasic::kDataOffset + at];
+            byte = static_cast<char>(byte ^ (1 << bit));
+            const std::string damaged(core->configBytes());
+            HBXEnvConfig config(core);
+            Text value;
+            config.getName(value);
+            config.getDomain(value);
+            EXPECT_NE(config.getAgentVersion(), 0);
+            const bool changed = config.setHostname(Text(std::string("h"))) == 0;
+            EXPECT_EQ(changed, parseMessage(damaged) != nullptr);
+            EXPECT_EQ(core->configBytes(), damaged);
+        }
+    }
+}
+
+TEST(EnvConfig, UnknownElementsSurviveEveryRoundTrip) {
+    const std::string xml = std::string("<name>n</name>") + kUnknown +
+                            "<version>3</version><name>second</name><other>" + kUnknown + "</other>";
+    const HBXEnvConfig fromRecord(coreOf(xml));
+    HBXEnvConfig fromMessage(fromRecord);
+    fromMessage.initMsg();
+    const std::string expected = textOf(fromRecord);
+    EXPECT_NE(expected.find(xml), std::string::npos);
+    for (const HBXEnvConfig& config : {fromRecord, fromMessage}) {
+        std::string bytes;
+        ASSERT_EQ(encodeRecord(config, bytes), 0);
+        HBXEnvConfig back;
+        EXPECT_EQ(decodeRecord(bytes, back), 0);
+        EXPECT_EQ(textOf(back), expected);
+
+        const Cursor it = newCursor();
+        it->putValue("before", 1018);
+        EXPECT_EQ(it->putObject(config, 1185), 0);
+        const Message text = newMessage();
+        EXPECT_EQ(text->fromText(takeText(it->toText()).c_str(), nullptr), 0);
+        HBXVEnvConfig inner;
+        EXPECT_EQ(rootOf(text)->getObject(inner, 1185), 0);
+        EXPECT_EQ(textOf(inner), expected);
+        EXPECT_EQ(inner.compare(config), 0);
+        std::string bytesBack;
+        inner.getBytes(bytesBack);
+        std::string original;
+        fromRecord.getBytes(original);
+        EXPECT_EQ(bytesBack, original);
+    }
+}
+
+TEST(EnvConfig, WithoutMessageIsAnEmptyElement) {
+    const Cursor it = newCursor();
+    EXPECT_EQ(it->putObject(HBXEnvConfig(), 1185), 0);
+    HBXEnvConfig back;
+    back.setName(Text(std::string("gone")));
+    EXPECT_EQ(it->getObject(back, 1185), 0);
+    EXPECT_EQ(textOf(back), "/>") << "and no version";
+    EXPECT_EQ(back, HBXEnvConfig());
+    EXPECT_NE(back, HBXEnvConfig(coreOf("<name>n</name>")));
+}
+
+TEST(EnvConfig, FindsTheFirstTagOfAName) {
+    HBXEnvConfig config(coreOf(std::string("<name>n</name>") + kUnknown + "<domain/><future/>"));
+    for (int round = 0; round < 2; ++round) { // in the record, then in a tree
+        EXPECT_EQ(config.getPositionOfTheTag("name"), 0);
+        EXPECT_EQ(config.getPositionOfTheTag("future"), 1);
+        EXPECT_EQ(config.getPositionOfTheTag("domain"), 2);
+        EXPECT_EQ(config.getPositionOfTheTag("x"), -1);
+        EXPECT_EQ(config.getPositionOfTheTag("none"), -1);
+        config.initMsg();
+    }
+    EXPECT_EQ(HBXEnvConfig().getPositionOfTheTag("name"), -1);
+}
+
+TEST(EnvConfig, OneViewServesSeveralThreads) {
+    HBXEnvConfig written(coreOf("<name>n</name>"));
+    written.initMsg();
+    const HBXEnvConfig configs[] = {HBXEnvConfig(coreOf("<name>n</name>")), written};
+    std::atomic<int> failures{0};
+    std::array<std::thread, 4> threads;
+    for (std::thread& thread : threads) {
+        thread = std::thread([&] {
+            for (int round = 0; round < 500; ++round) {
+                const HBXEnvConfig& config = configs[round % 2];
+                Text name;
+                std::string bytes;
+                failures += config.getName(name) == 0 && name.get() == "n" && config.getBytes(bytes) == 0 &&
+                                    HBXEnvConfig(config) == config
+                                ? 0
+                                : 1;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(failures, 0);
+}
+
+TEST(VEnvConfig, SaysWhetherItIsDisabled) {
+    bool disabled = true;
+    EXPECT_EQ(HBXVEnvConfig().getDisabled(disabled), -1);
+    EXPECT_TRUE(disabled) << "no message";
+    for (const char* xml : {"<name>n</name>", "<disabled>maybe</disabled>", "<disabled>0</disabled>"}) {
+        disabled = true;
+        EXPECT_EQ(HBXVEnvConfig(coreOf("", xml)).getDisabled(disabled), 0) << xml;
+        EXPECT_FALSE(disabled) << xml;
+    }
+    HBXVEnvConfig config;
+    EXPECT_EQ(config.setDisabled(true), 0);
+    EXPECT_EQ(config.getDisabled(disabled), 0);
+    EXPECT_TRUE(disabled);
+}
+
+TEST(VEnvConfig, OneLimitAndASetOfThemShareTheirPlace) {
+    HBXQoS a("1:2");
+    a.id = "a";
+    HBXQoS b("3:4");
+    b.id = "b";
+    HBXVEnvConfig config;
+    HBXOptionalProperty<HBXQoS> one;
+    HBXOptionalProperty<std::set<HBXQoS>> many;
+    EXPECT_EQ(config.getQoSes(many), -1);
+    EXPECT_EQ(config.setQoSes(HBXOptionalProperty(std::set{b, a})), 0);
+    EXPECT_EQ(config.getQoS(one), 0);
+    EXPECT_EQ(one.get().id, "a");
+    EXPECT_EQ(config.setQoS(HBXOptionalProperty(b)), 0);
+    EXPECT_EQ(config.getQoSes(many), 0);
+    EXPECT_EQ(many.get(), std::set{b});
+    EXPECT_EQ(config.setQoSes({}), 0);
+    EXPECT_EQ(config.getQoS(one), -1);
+}
+
+} // namespace
+} // namespace HBX::test

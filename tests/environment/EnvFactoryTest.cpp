@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include "EnvTestUtil.h"
+
+namespace HBX::test {
+
+namespace {
+
+struct OwnVEnvConfig : HBXVEnvConfig {
+    using HBXVEnvConfig::HBXVEnvConfig;
+};
+
+class OwnChildFactory : public HBXEnvChildFactory {
+public:
+    boost::shared_ptr<HBXEnv> createEnv(const Core& core) override {
+        return boost::make_shared<OwnEnv>(core);
+    }
+    boost::shared_ptr<HBXVEnvConfig> createVEnvConfig(const Core& core) override {
+        return boost::make_shared<OwnVEnvConfig>(core);
+    }
+};
+
+class OwnUpdater : public HBXEnvUpdater {
+public:
+    int insert(const HBXEnv&) override { return 0; }
+    int update(const HBXEnv&) override { return 0; }
+    int remove(const HBXEnv&) override { return 0; }
+    int check(const HBXEnv&) override { return 0; }
+};
+
+class EnvFactory : public testing::Test {
+protected:
+    void TearDown() override { factory.clear(); }
+    HBXEnvFactory& factory = HBXEnvFactory::getInstance();
+};
+
+bool isOwn(const boost::shared_ptr<HBXEnv>& env) { return dynamic_cast<const OwnEnv*>(env.get()) != nullptr; }
+
+TEST_F(EnvFactory, MakesEnvironmentsOfTheRegisteredType) {
+    const Core core = coreOf("", "<disabled>1</disabled>");
+    core->type = "own";
+    EXPECT_FALSE(isOwn(envOver(core)));
+    EXPECT_EQ(recordOf(*envOver(core)), core);
+    EXPECT_EQ(factory.createEnv("own")->getType().str(), "own");
+
+    factory.registerEnv("own", boost::make_shared<OwnChildFactory>());
+    EXPECT_TRUE(isOwn(factory.createEnv("own")));
+    EXPECT_TRUE(isOwn(envOver(core)));
+    EXPECT_FALSE(isOwn(factory.createEnv("owner")));
+    const auto config = factory.createVEnvConfig(core);
+    EXPECT_NE(dynamic_cast<OwnVEnvConfig*>(config.get()), nullptr);
+    bool disabled = false;
+    EXPECT_EQ(config->getDisabled(disabled), 0);
+    EXPECT_TRUE(disabled);
+
+    factory.unregisterEnv("own");
+    EXPECT_FALSE(isOwn(factory.createEnv("own")));
+    EXPECT_EQ(dynamic_cast<OwnVEnvConfig*>(factory.createVEnvConfig(core).get()), nullptr);
+}
+
+TEST_F(EnvFactory, ReadsEnvironmentsIntoTheGenericClass) {
+    const Cursor it = newCursor();
+    const HBXEnv env(HBXEID(HBXGUID(1, 2)), boost::make_shared<HBXEnvConfig>(coreOf("<name>n</name>")));
+    it->putObject(env, 0);
+    boost::shared_ptr<HBXEnv> made;
+    EXPECT_EQ(HBXEnv::EnvSPReader()(*it, made), 0);
+    EXPECT_FALSE(isOwn(made));
+    EXPECT_EQ(*made, env);
+    factory.registerEnv(HBXEnv::type, boost::make_shared<OwnChildFactory>());
+    EXPECT_EQ(HBXEnv::EnvSPReader()(*it, made), 0);
+    EXPECT_TRUE(isOwn(made));
+    EXPECT_EQ(*made, env);
+    it->deleteChild(1870);
+    const boost::shared_ptr<HBXEnv> before = made;
+    EXPECT_EQ(HBXEnv::EnvSPReader()(*it, made), -1);
+    EXPECT_EQ(made, before);
+}
+
+TEST_F(EnvFactory, KnowsUpdatersByExactlyTheirType) {
+    const auto first = boost::make_shared<OwnUpdater>();
+    const auto second = boost::make_shared<OwnUpdater>();
+    factory.registerEnvUpdater(HBXEnv::type, first);
+    EXPECT_EQ(factory.getEnvUpdater("own"), nullptr) << "no falling back";
+    factory.registerEnvUpdater("own", first);
+    factory.registerEnvUpdater("own", second);
+    EXPECT_EQ(factory.getEnvUpdater("own"), second);
+    EXPECT_EQ(second->sync({HBXEID()}), 0);
+    factory.unregisterEnvUpdater("own");
+    EXPECT_EQ(factory.getEnvUpdater("own"), nullptr);
+    EXPECT_EQ(factory.getEnvUpdater("generic"), first);
+    factory.clear();
+    EXPECT_EQ(factory.getEnvUpdater("generic"), nullptr);
+}
+
+TEST_F(EnvFactory, NullPointersEndTheProgram) {
+    const auto maintain = [](const boost::shared_ptr<HBXEnvConfig>& config) {
+        HBXEnvCoreBasicMaintainer(HBXEID(), config);
+    };
+    const struct {
+        std::function<void()> call;
+        const char* place;
+    } rows[] = {
+        {[&] { maintain(nullptr); }, "56 HBX::HBXEnvCoreBasicMaintainer::HBXEnvCoreBasicMaintainer"},
+        {[&] { maintain(boost::make_shared<HBXVEnvConfig>()); },
+         "57 HBX::HBXEnvCoreBasicMaintainer::HBXEnvCoreBasicMaintainer"},
+        {[] { static_cast<void>(OwnEnv(nullptr).getEID()); }, "284 HBX::HBXEnv::getCoreBasic"},
+        {[&] { factory.registerEnv("own", nullptr); }, "315 HBX::HBXEnvFactory::registerEnv"},
+        {[&] { factory.registerEnvUpdater("own", nullptr); }, "333 HBX::HBXEnvFactory::registerEnvUpdater"},
+        {[] { envOver(nullptr); }, "502 HBX::HBXEnvFactory::createEnv"},
+        {[&] { static_cast<void>(factory.createVEnvConfig(nullptr)); },
+         "513 HBX::HBXEnvFactory::createVEnvConfig"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(abortOf(row.call),
+                  std::string("HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXEnv:") + row.place);
+    }
+}
+
+TEST(EnvCoreBasicMaintainer, MakesTheRecordOfAConfiguration) {
+    const HBXEID parent(HBXGUID(5, 6));
+    const auto config = boost::make_shared<HBXEnvConfig>(coreOf("<name>n</name>"));
+    const HBXEnvCoreBasicMaintainer maintainer(parent, config);
+    EXPECT_EQ(maintainer.getCoreBasic()->parentEid, parent);
+    EXPECT_EQ(maintainer.getConfig(), config);
+    EXPECT_EQ(HBXEnvConfig(maintainer.getCoreBasic()), *config);
+    EXPECT_FALSE(maintainer.isConfigLost());
+
+    const HBXEnvCoreBasicMaintainer without(parent, boost::make_shared<HBXEnvConfig>());
+    EXPECT_EQ(without.getCoreBasic()->configSize, 0U);
+    EXPECT_FALSE(without.isConfigLost());
+}
+
+} // namespace
+} // namespace HBX::test

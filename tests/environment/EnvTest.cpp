@@ -1,0 +1,265 @@
+#include <gtest/gtest.h>
+
+#include <sys/mman.h>
+
+#include <cstring>
+
+#include <HBXMessage/HBXDerivedParsers.h>
+#include <HBXMessage/HBXRecordVisitor.h>
+
+#include "EnvTestUtil.h"
+
+namespace HBX::test {
+namespace {
+
+const HBXEID kId(HBXGUID(1, 2));
+
+boost::shared_ptr<HBXEnvConfig> configNamed(const std::string& name) {
+    auto config = boost::make_shared<HBXEnvConfig>();
+    config->setName(Text(name));
+    return config;
+}
+
+HBXEnv fullEnv() {
+    auto virtualConfig = boost::make_shared<HBXVEnvConfig>();
+    virtualConfig->setDisabled(true);
+    HBXEnv env(kId, configNamed("web"), virtualConfig);
+    env.setParentEID(HBXEID(HBXGUID(3, 4)));
+    env.setStatus({6, 1});
+    for (int reason = 0; reason < HBXAlertData::kReasons; ++reason) {
+        env.setAlertType(static_cast<HBXAlertData::AlertReason>(reason),
+                         static_cast<HBXAlertData::AlertType>(reason));
+    }
+    return env;
+}
+
+TEST(Env, TakesItsRecordFromItsConfigurations) {
+    const auto config = configNamed("web");
+    config->setType("special");
+    HBXEnv env(kId, config);
+    EXPECT_EQ(env.getEID(), kId);
+    EXPECT_FALSE(env.getParentEID().isValid());
+    EXPECT_EQ(env.getType().str(), "special");
+    EXPECT_EQ(env.getConfig(), config);
+    EXPECT_EQ(HBXEnvConfig(recordOf(env)), *config);
+    ASSERT_NE(env.getVirtualConfig(), nullptr);
+    EXPECT_EQ(HBXEnv(kId, boost::make_shared<HBXVEnvConfig>()).getTitle(), kId.toString());
+    EXPECT_EQ(HBXEnv().getStatus(), HBXEnvStatus());
+    EXPECT_EQ(HBXEnv::type.str(), "generic");
+}
+
+TEST(Env, KeepsNoIdentifierWhenItsConfigurationFitsInNoRecord) {
+    const auto config = configNamed("deep");
+    const auto it = config->getMessageIterator();
+    for (int depth = 0; depth < 300; ++depth) {
+        it->newChild(1018);
+    }
+    const HBXEnv env(kId, config);
+    EXPECT_FALSE(env.getEID().isValid());
+    EXPECT_NE(env.getConfig(), config);
+}
+
+TEST(Env, CopiesShareTheRecord) {
+    const HBXEnv a = fullEnv();
+    HBXEnv b(a);
+    b.setStatus({3, 0});
+    EXPECT_EQ(a.getStatus(), HBXEnvStatus(3, 0));
+    EXPECT_EQ(a.getConfig(), std::as_const(b).getConfig());
+}
+
+TEST(Env, KeepsAlertLevelsByReason) {
+    HBXEnv env = fullEnv();
+    EXPECT_EQ(env.getAlertType(HBXAlertData::LICENSE), HBXAlertData::BLACK);
+    EXPECT_EQ(env.getMaxAlertType(), static_cast<HBXAlertData::AlertType>(4));
+    for (const int reason : {-1, 5}) {
+        EXPECT_EQ(env.setAlertType(static_cast<HBXAlertData::AlertReason>(reason), HBXAlertData::RED), -1);
+        EXPECT_EQ(env.getAlertType(static_cast<HBXAlertData::AlertReason>(reason)), HBXAlertData::GREEN);
+    }
+    HBXEnv low;
+    low.setAlertType(HBXAlertData::BACKUP, static_cast<HBXAlertData::AlertType>(-5));
+    EXPECT_EQ(low.getMaxAlertType(), HBXAlertData::GREEN);
+}
+
+TEST(Env, IsCalledByTheFirstTextThatItHas) {
+    const struct {
+        const char* config;
+        const char* virtualConfig;
+        std::string title;
+    } rows[] = {
+        {"<name>c</name>", "<name>v</name>", "v"},
+        {"<name>c</name>", "<name></name><host_name>vh</host_name>", "c"},
+        {"<host_name>ch</host_name>", "<host_name>vh</host_name>", "vh"},
+        {"<host_name>ch</host_name>", "<address><entry><ip_address>1.1.1.1</ip_address></entry></address>",
+         "ch"},
+        {"<address><entry><ip_address>2.2.2.2</ip_address></entry></address>",
+         "<address><entry><ip_address>1.1.1.1</ip_address><netmask>255.0.0.0</netmask></entry></address>",
+         "1.1.1.1"},
+        {"<address><entry><ip_address>2.2.2.2</ip_address></entry></address>", "<address/>", "2.2.2.2"},
+        {"<domain>d</domain>", "", HBXEID().toString()},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(OwnEnv(coreOf(row.config, row.virtualConfig)).getTitle(), row.title);
+    }
+}
+
+TEST(Env, SyncedRecordHoldsWhatTheConfigurationsSay) {
+    const Core core = coreOf("<name>old</name><future/>", "<disabled>1</disabled>");
+    core->eid = kId;
+    core->type = "special";
+    const std::string before(core->configBytes());
+    HBXEnv env = *envOver(core);
+    EXPECT_EQ(env.syncBuffer(), 0);
+    EXPECT_EQ(recordOf(env), core) << "nothing new";
+
+    env.getConfig()->setName(Text(std::string("new")));
+    EXPECT_EQ(env.syncBuffer(), 0);
+    EXPECT_EQ(core->configBytes(), before) << "another record took its place";
+    EXPECT_EQ(env.getEID(), kId);
+    EXPECT_EQ(env.getType().str(), "special");
+    EXPECT_EQ(*envOver(recordOf(env)), env);
+    EXPECT_EQ(envOver(recordOf(env))->getTitle(), "new");
+
+    env.getVirtualConfig()->setName(Text(std::string("virtual")));
+    EXPECT_EQ(env.syncBuffer(), 0);
+    EXPECT_EQ(envOver(recordOf(env))->getTitle(), "virtual");
+    env.getConfig()->reset(true);
+    EXPECT_EQ(env.syncBuffer(), 0);
+    EXPECT_EQ(recordOf(env)->getConfig(), nullptr);
+}
+
+TEST(Env, ViewOverReadOnlyMemoryIsNeverWritten) {
+    const Core core =
+        coreOf("<name>mapped</name><address><entry><ip_address>::1</ip_address></entry></address>",
+               "<disabled>1</disabled>");
+    core->eid = kId;
+    core->type = "special";
+    void* page = mmap(nullptr, core->length(), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(page, MAP_FAILED);
+    std::memcpy(page, core.get(), core->length());
+    ASSERT_EQ(mprotect(page, core->length(), PROT_READ), 0);
+    {
+        const Core mapped(core, static_cast<HBXEnvCoreBasic*>(page));
+        const OwnEnv env(mapped);
+        EXPECT_EQ(env.getTitle(), "mapped");
+        EXPECT_EQ(env.getType().str(), "special");
+        EXPECT_EQ(env, OwnEnv(core));
+        HBXOptionalProperty<std::vector<HBXIPAddress>> addresses;
+        EXPECT_EQ(env.getConfig()->getAddresses(addresses), 0);
+        std::string bytes;
+        EXPECT_EQ(encodeRecord<HBXEnv>(env, bytes), 0);
+        OwnEnv target(mapped); // reading an environment must not fall back on the record that it had
+        EXPECT_EQ(decodeRecord<HBXEnv>(bytes, target), 0);
+        EXPECT_EQ(target, env);
+        EXPECT_EQ(HBXEnvCoreBasic::createInstance(*mapped)->eid, kId);
+    }
+    munmap(page, core->length());
+}
+
+TEST(Env, WritesItsElementsInTheirOrder) {
+    const Cursor it = newCursor();
+    EXPECT_EQ(it->putObject(fullEnv(), 0), 0);
+    EXPECT_EQ(it->curType(), "env:env");
+    std::string order;
+    for (int moved = it->firstChild(); moved == 0; moved = it->nextSibling()) {
+        std::string value;
+        order += std::to_string(it->curID()) +
+                 (it->curID() == 1003 && it->getValue(value, 0) == 0 ? '=' + value : "") + ' ';
+    }
+    EXPECT_EQ(order, "1870 1866 1192 1003=0 1003=1 1003=2 1003=3 1003=4 1185 1872 ");
+    it->seekUp();
+    it->seek(1872);
+    EXPECT_EQ(it->curType(), "env:virtual_env_config");
+}
+
+TEST(Env, ReadsWhatIsCompleteAndLeavesItselfAloneOtherwise) {
+    const struct {
+        std::function<void(HBXMessageIterator&)> change;
+        int result;
+    } rows[] = {
+        {[](auto&) {}, 0},
+        {[](auto& it) { it.putValue(77, 1003); }, 0}, // a sixth is passed over
+        {[](auto& it) { it.deleteChild(1185); }, 0},
+        {[](auto& it) { it.deleteChild(1872); }, 0},
+        {[](auto& it) { it.deleteChild(1870); }, -1},
+        {[](auto& it) { it.deleteChild(1866); }, -1},
+        {[](auto& it) { it.deleteChild(1192); }, -1},
+        {[](auto& it) { it.seek(1003), it.deleteFromChild(); }, -1},
+        {[](auto& it) { it.seek(1003), it.putValue("x", 0), it.seekUp(); }, -1},
+    };
+    const HBXEnv original = fullEnv();
+    for (const auto& row : rows) {
+        const Cursor it = newCursor();
+        it->putObject(original, 0);
+        row.change(*it);
+        HBXEnv env(HBXEID(HBXGUID(7, 7)), configNamed("kept"));
+        const HBXEnv sharer(env);
+        EXPECT_EQ(it->getObject(env, 0), row.result);
+        EXPECT_EQ(sharer.getTitle(), "kept");
+        EXPECT_EQ(env.getTitle() == "kept", row.result != 0);
+        if (row.result == 0) {
+            EXPECT_EQ(env.getStatus(), original.getStatus());
+            EXPECT_EQ(env.getAlertType(HBXAlertData::OTHER), original.getAlertType(HBXAlertData::OTHER));
+            EXPECT_EQ(env.getType().str(), "generic");
+            EXPECT_EQ(*envOver(recordOf(env)), env);
+            EXPECT_EQ(env.getTitle(), it->seekPresence(1185) == 0 ? "web" : kId.toString());
+        }
+    }
+}
+
+TEST(Env, ComparesByAllButTheType) {
+    const auto typed = configNamed("web");
+    typed->setType("special");
+    EXPECT_EQ(HBXEnv(kId, typed), HBXEnv(kId, configNamed("web")));
+    EXPECT_NE(HBXEnv(kId, typed), HBXEnv(kId, configNamed("mail")));
+    EXPECT_LT(HBXEnv(kId, typed), HBXEnv(HBXEID(HBXGUID(1, 3)), configNamed("a")));
+}
+
+/// The labels of all members that a visitor is shown.
+class Labels : public HBXRecordVisitor {
+public:
+    void beginRecord(const HBXRow* row, const HBXRecordTable&) override { add(row); }
+    void endRecord() override { text += ')'; }
+    void beginList(const HBXRow& row, std::size_t) override { add(&row); }
+    void endList() override { text += ')'; }
+    void value(const HBXRow* row, HBXKind, std::string_view value) override {
+        text.append(row == nullptr ? "" : memberLabel(*row)).append("=").append(value).append(" ");
+    }
+    void absent(const HBXRow*) override {}
+    std::string text;
+
+private:
+    void add(const HBXRow* row) { text.append(row == nullptr ? "" : memberLabel(*row)).append("("); }
+};
+
+TEST(Env, ShowsTheMembersOfItsConfigurations) {
+    Labels seen;
+    visitRecord(fullEnv(), seen);
+    EXPECT_EQ(seen.text, "(eid=" + kId.toString() + " parent_eid=" + HBXGUID(3, 4).toString() +
+                             " status(state=6 transition=1 )alert_type(=0 =1 =2 =3 =4 )"
+                             "env_config(name=web name_servers()search_domains()child_types()address()"
+                             "version=40500 )virtual_config(name_servers()search_domains()child_types()"
+                             "address()disabled=1 qos()))");
+}
+
+TEST(EnvFamilies, UnmarkedElementsReadAsTheBase) {
+    const Cursor it = newCursor();
+    it->putObject(fullEnv(), 3061);
+    it->seek(3061);
+    it->setComplexType(0, 0);
+    boost::shared_ptr<HBXEnv> env;
+    EXPECT_EQ(HBXReaderDerived<HBXEnv>()(*it, env), 0);
+    EXPECT_EQ(*env, fullEnv());
+    it->seekUp();
+
+    boost::shared_ptr<HBXEnvConfig> config = boost::make_shared<HBXVEnvConfig>();
+    EXPECT_EQ(HBXWriterIDT(HBXWriterDerived<HBXEnvConfig>(), 1872)(*it, config), 0);
+    it->seek(1872);
+    EXPECT_EQ(HBXReaderDerived<HBXEnvConfig>()(*it, config), 0);
+    EXPECT_EQ(config->getConfigType(), VIRTUAL_CONFIG);
+    it->setComplexType(0, 0);
+    EXPECT_EQ(HBXReaderDerived<HBXEnvConfig>()(*it, config), 0);
+    EXPECT_EQ(config->getConfigType(), ENV_CONFIG);
+}
+
+} // namespace
+} // namespace HBX::test

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <HBXFunctionalityCore/HBXFunctionalityCore.h>
+
+#include "support/MessageTestUtil.h"
+
+namespace HBX::test {
+
+using Core = boost::shared_ptr<HBXEnvCoreBasic>;
+using Text = HBXOptionalProperty<std::string>;
+
+/// A record with these messages, built over a tree each; the texts are what stands below the root.
+inline Core coreOf(const std::string& config, const std::string& virtualConfig = "") {
+    const auto cursorOn = [](const std::string& xml) {
+        Cursor it = newCursor();
+        it->fromTextToChild(("<message>" + xml + "</message>").c_str());
+        return it;
+    };
+    Core core = HBXEnvCoreBasic::createInstance(nullptr, ENV_CONFIG);
+    if (!config.empty()) {
+        core = HBXEnvCoreBasic::createInstance(cursorOn(config).get(), *core, ENV_CONFIG);
+    }
+    if (!virtualConfig.empty()) {
+        core = HBXEnvCoreBasic::createInstance(cursorOn(virtualConfig).get(), *core, VIRTUAL_CONFIG);
+    }
+    return core;
+}
+
+/// What stands below the root of a configuration's message.
+inline std::string textOf(const HBXEnvConfig& config) {
+    const auto it = config.getMessageIterator();
+    std::string text = it ? takeText(it->toText()) : "none";
+    const std::size_t begin = text.find("hbx:v=\"1\"");
+    return begin == std::string::npos ? text : text.substr(begin + 9);
+}
+
+// What otherwise only the cache may call.
+
+const Core& recordOf(const HBXEnv& env);
+boost::shared_ptr<HBXEnv> envOver(const Core& core);
+
+/// Environments over a record come from the factory; this takes the way that a module's own class takes.
+struct OwnEnv : HBXEnv {
+    explicit OwnEnv(Core core) : HBXEnv(std::move(core)) {}
+};
+
+} // namespace HBX::test
