@@ -37,11 +37,11 @@ public:
     /// The value record of an entry, inside the file; null when the file is damaged there.
     const void* valueOf(const HBXCacheEntry& entry) const;
 
-    friend void intrusive_ptr_add_ref(HBXCacheList* list) {
+    friend void intrusive_ptr_add_ref(const HBXCacheList* list) {
         list->references_.fetch_add(1, std::memory_order_relaxed);
     }
     /// Mostly there is one owner only, who needs no locked instruction to find that out.
-    friend void intrusive_ptr_release(HBXCacheList* list) {
+    friend void intrusive_ptr_release(const HBXCacheList* list) {
         if (list->references_.load(std::memory_order_acquire) == 1 ||
             list->references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
             delete list;
@@ -51,7 +51,7 @@ public:
 private:
     friend class HBXCacheLogicBase;
 
-    std::atomic<int> references_{1}; ///< The maker's own is one.
+    mutable std::atomic<int> references_{1}; ///< The maker's own is one.
 
     HBXCacheLogicBase& cache_;
     HBXMappedMemoryManager* manager_ = nullptr; ///< The mapping, which counts us.

@@ -5,6 +5,7 @@
 #include <HBXFunctionalityCore/HBXCatalogue.h>
 #include <HBXFunctionalityCore/alert/HBXAlertData.h>
 #include <HBXFunctionalityCore/environment/HBXEnv.h>
+#include <HBXFunctionalityCore/environment/HBXEnvCache.h>
 #include <HBXFunctionalityCore/environment/HBXEnvChildFactory.h>
 #include <HBXFunctionalityCore/environment/HBXEnvConfig.h>
 #include <HBXFunctionalityCore/environment/HBXEnvCoreBasic.h>

@@ -27,11 +27,11 @@ using HBXEnvType = limited_length_string<16, char>;
 /// `createInstance` only and owned through shared pointers; a record may also lie in a read-only mapped file.
 class HBX_EXPORT HBXEnvCoreBasic {
 public:
-    using key_type = HBXEID;
     using pointer = boost::shared_ptr<HBXEnvCoreBasic>;
 
     static constexpr std::size_t kFixedSize = 112;
     static constexpr std::size_t kDataOffset = 104;
+    static constexpr std::size_t kKeyOffset = 8; ///< where a cache finds the identifier
 
     HBXCachedItem item; ///< of the cache; never copied
     HBXEID eid;
@@ -64,7 +64,6 @@ public:
     [[nodiscard]] std::size_t length() const { return kFixedSize + configSize + virtualConfigSize; }
     /// `length()` of what may be no record at all; 0 when it does not fit in the bytes that are there.
     static std::size_t checkedLength(const void* record, std::size_t available);
-    [[nodiscard]] const HBXEID& cacheKey() const { return eid; }
 
     /// Where the record begins (when `start` is not null) and its `length()`. Always 0.
     int getBuffer(const void** start, std::size_t& size, const void* unused = nullptr) const;
@@ -100,7 +99,7 @@ private:
 
 static_assert(std::is_standard_layout_v<HBXEnvCoreBasic>);
 static_assert(offsetof(HBXEnvCoreBasic, item) == 0);
-static_assert(offsetof(HBXEnvCoreBasic, eid) == 8);
+static_assert(offsetof(HBXEnvCoreBasic, eid) == HBXEnvCoreBasic::kKeyOffset);
 static_assert(offsetof(HBXEnvCoreBasic, parentEid) == 24);
 static_assert(offsetof(HBXEnvCoreBasic, status) == 40);
 static_assert(offsetof(HBXEnvCoreBasic, status.transition) == 44);
