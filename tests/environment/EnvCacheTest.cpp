@@ -1,0 +1,262 @@
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include <HBXCommon/HBXLog.h>
+
+#include "EnvTestUtil.h"
+
+#include <unistd.h>
+
+namespace HBX::test {
+
+namespace {
+
+/// Answers what a test tells it to, and notes what it is asked.
+class TellingUpdater : public HBXEnvUpdater {
+public:
+    int insert(const HBXEnv&) override { return note("insert", result); }
+    int update(const HBXEnv&) override { return note("update", result); }
+    int remove(const HBXEnv&) override { return note("remove", result); }
+    int check(const HBXEnv&) override { return note("check", checkResult); }
+    int sync(const std::set<HBXEID, HBXEnvIDComparator>& eids) override {
+        synced = eids;
+        return note("sync", result);
+    }
+
+    std::string asked;
+    int result = 0;
+    int checkResult = 0;
+    std::set<HBXEID, HBXEnvIDComparator> synced;
+
+private:
+    int note(const char* what, int answer) {
+        asked += std::string(what) + ' ';
+        return answer;
+    }
+};
+
+HBXEID eidOf(std::int64_t number) { return HBXEID(HBXGUID(number, number)); }
+
+HBXEnv envOf(std::int64_t number, const std::string& name, const char* type = "told") {
+    HBXEnv env(eidOf(number), boost::make_shared<HBXEnvConfig>(coreOf("<name>" + name + "</name>")));
+    const Core core = recordOf(env);
+    core->type = type;
+    return env;
+}
+
+class EnvCacheTest : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = (std::filesystem::temp_directory_path() / "hbx-env-XXXXXX").string();
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder_ = pattern;
+        name_ = folder_ + "/cache";
+        initEnvCache(name_, true);
+        HBXEnvFactory::getInstance().registerEnvUpdater("told", updater_);
+        sink_ = setLogSink([this](const HBXLogLine& line) {
+            log_ += std::to_string(line.level) + ' ' + std::string(line.text) + '\n';
+        });
+        debug_level = 4;
+    }
+    void TearDown() override {
+        debug_level = 2;
+        setLogSink(sink_);
+        HBXEnvFactory::getInstance().clear();
+        finiEnvCache();
+        std::filesystem::remove_all(folder_);
+    }
+    /// What was written since the last time, without the tracing of readers and writers.
+    std::string takeLog() {
+        std::string taken;
+        std::istringstream lines(std::exchange(log_, ""));
+        for (std::string line; std::getline(lines, line);) {
+            taken += line.find("ache") != line.npos || line.find("Updater") != line.npos ||
+                             line.find("list") != line.npos
+                         ? line + '\n'
+                         : "";
+        }
+        return taken;
+    }
+    std::string title(std::int64_t number) {
+        const auto env = envCache()->getEnvCopy(eidOf(number));
+        return env == nullptr ? "absent" : env->getTitle();
+    }
+
+    std::string folder_;
+    std::string name_;
+    boost::shared_ptr<TellingUpdater> updater_ = boost::make_shared<TellingUpdater>();
+    std::string log_;
+    HBXLogSink sink_;
+};
+
+const std::string kOne = eidOf(1).toString();
+
+TEST_F(EnvCacheTest, AsksTheUpdaterBeforeEachChange) {
+    struct Row {
+        const char* what;
+        int (*work)(HBXEnvCache& cache);
+        int check;
+        int result;
+        int code;
+        const char* asked;
+        std::string log;
+        const char* title; ///< Of environment 1 afterwards.
+    };
+    const auto insertOne = [](HBXEnvCache& cache) { return cache.insert(envOf(1, "one")); };
+    const auto updateOne = [](HBXEnvCache& cache) { return cache.update(envOf(1, "first")); };
+    const auto removeOne = [](HBXEnvCache& cache) { return cache.remove(eidOf(1)); };
+    const Row rows[] = {
+        {"refused insert", insertOne, 0, 7, 7, "check insert ",
+         "2 EnvCache::insert called for " + kOne + ", returning 7.\n", "absent"},
+        {"unwanted insert", insertOne, 5, 7, 0, "check ",
+         "4 EnvCache::insert called for " + kOne + ", returning 0.\n", "one"},
+        {"refused update", updateOne, 0, -3, -3, "check update ",
+         "2 EnvCache::update called for " + kOne + ", returning -3.\n", "one"},
+        {"update", updateOne, 0, 0, 0, "check update ",
+         "4 EnvCache::update called for " + kOne + ", returning 0.\n", "first"},
+        {"refused remove", removeOne, 5, 9, 9, "remove ",
+         "2 EnvCache::remove called for " + kOne + ", returning 9.\n", "first"},
+        {"remove", removeOne, 0, 0, 0, "remove ",
+         "4 EnvCache::remove called for " + kOne + ", returning 0.\n", "absent"},
+        {"remove of nothing", removeOne, 0, 9, 0, "", "", "absent"},
+        {"update of nothing", updateOne, 0, 0, 0, "check update ",
+         "4 EnvCache::update called for " + kOne + ", returning 0.\n", "first"},
+        {"insert over it", insertOne, 0, 0, 0, "check insert ",
+         "4 EnvCache::insert called for " + kOne + ", returning 0.\n", "one"},
+        {"null identifier", [](HBXEnvCache& cache) { return cache.insert(envOf(0, "none")); }, 0, 0, -1, "",
+         "", "one"},
+        {"unknown type", [](HBXEnvCache& cache) { return cache.insert(envOf(1, "other", "other")); }, 0, 0, 0,
+         "",
+         "4 EnvUpdater is not found for 'other'.\n4 EnvCache::insert called for " + kOne + ", returning 0.\n",
+         "other"},
+    };
+    const auto cache = envCache();
+    ASSERT_NE(cache, nullptr);
+    for (const Row& row : rows) {
+        updater_->asked.clear();
+        updater_->checkResult = row.check;
+        updater_->result = row.result;
+        takeLog();
+        EXPECT_EQ(row.work(*cache), row.code) << row.what;
+        EXPECT_EQ(takeLog(), row.log) << row.what;
+        EXPECT_EQ(updater_->asked, row.asked) << row.what;
+        EXPECT_EQ(title(1), row.title) << row.what;
+    }
+}
+
+TEST_F(EnvCacheTest, UndoesTheHookWhenStoringFails) {
+    const auto cache = envCache();
+    cache->reinit();
+    EXPECT_EQ(cache->insert(envOf(1, "one")), -1);
+    EXPECT_EQ(updater_->asked, "check insert remove ");
+    EXPECT_NE(takeLog().find("2 EnvCache::insert called for"), std::string::npos);
+}
+
+TEST_F(EnvCacheTest, StoresWhatTheConfigurationsSayNow) {
+    HBXEnv env = envOf(1, "one");
+    env.getConfig()->setName(Text("changed"));
+    ASSERT_EQ(envCache()->insert(env), 0);
+    EXPECT_EQ(title(1), "changed");
+    const auto copy = envCache()->getEnvCopy(eidOf(1));
+    EXPECT_EQ(copy->getType().str(), "told");
+    EXPECT_EQ(*copy, env);
+}
+
+TEST_F(EnvCacheTest, ListsViewsThatStayGood) {
+    for (const int number : {3, 1, 2}) {
+        ASSERT_EQ(envCache()->insert(envOf(number, "env" + std::to_string(number))), 0);
+    }
+    std::vector<boost::shared_ptr<const HBXEnv>> kept;
+    {
+        const auto list = envCache()->getEnvList();
+        ASSERT_EQ(envCache()->remove(eidOf(2)), 0);
+        ASSERT_EQ(envCache()->update(envOf(3, "later")), 0);
+        for (auto it = list->begin(); it != list->end(); ++it) {
+            EXPECT_EQ(it->getTitle(), (*it)->getTitle());
+            kept.push_back(*it);
+        }
+        auto last = list->end();
+        --last;
+        EXPECT_EQ(last->getEID(), eidOf(3));
+        EXPECT_EQ(list->getEnv(eidOf(2))->getTitle(), "env2");
+        EXPECT_EQ(list->getEnv(eidOf(4)), nullptr);
+        EXPECT_TRUE(takeLog().find("snapshot") == std::string::npos);
+    }
+    finiEnvCache();
+    ASSERT_EQ(kept.size(), 3U);
+    for (int number = 1; number <= 3; ++number) {
+        EXPECT_EQ(kept[static_cast<std::size_t>(number - 1)]->getTitle(), "env" + std::to_string(number));
+    }
+    EXPECT_EQ(title(2), "absent");
+    EXPECT_EQ(title(3), "later");
+    kept.clear();
+    HBXCacheStatus status;
+    ASSERT_EQ(envCache()->getStatus(status), 0);
+    EXPECT_TRUE(status.holders.empty());
+}
+
+TEST_F(EnvCacheTest, SaysWhenAListHoldsNoSnapshot) {
+    const auto cache = envCache();
+    ASSERT_EQ(cache->insert(envOf(1, "one")), 0);
+    std::vector<boost::intrusive_ptr<HBXEnvCache::EnvValuesList>> lists;
+    for (std::size_t i = 0; i < HBXEnvCache::kMaximumLists; ++i) {
+        lists.push_back(cache->getEnvList());
+        ASSERT_TRUE(lists.back()->holdsSnapshot());
+    }
+    const auto refused = cache->getEnvList();
+    EXPECT_FALSE(refused->holdsSnapshot());
+    EXPECT_TRUE(refused->begin() == refused->end());
+    HBXEnvFactory::getInstance().registerEnvUpdater(HBXEnv::type, updater_);
+    takeLog();
+    EXPECT_EQ(refused->getEnv(eidOf(1)), nullptr);
+    EXPECT_EQ(cache->syncEnvListOf(HBXEID()), -1);
+    EXPECT_EQ(updater_->asked.find("sync"), std::string::npos);
+    EXPECT_EQ(takeLog(), "1 Environment cache: failed to acquire snapshot. Running out of memory.\n"
+                         "1 [HBX::HBXEnvCache::syncEnvListOf]: failed to acquire environments list.\n");
+    lists.pop_back();
+    EXPECT_TRUE(cache->getEnvList()->holdsSnapshot());
+}
+
+TEST_F(EnvCacheTest, HandsChildrenToTheGenericUpdater) {
+    const auto cache = envCache();
+    for (int number = 1; number <= 4; ++number) {
+        HBXEnv env = envOf(number, "child");
+        env.setParentEID(eidOf(number == 4 ? 8 : 9));
+        ASSERT_EQ(cache->insert(env), 0);
+    }
+    takeLog();
+    EXPECT_EQ(cache->syncEnvListOf(eidOf(9)), -1);
+    EXPECT_EQ(cache->syncSlaveList({eidOf(1)}), -1);
+    EXPECT_EQ(takeLog(), "4 [HBX::HBXEnvCache::syncEnvListOf] EnvUpdater is not found for 'generic'.\n"
+                         "4 [HBX::HBXEnvCache::syncSlaveList] EnvUpdater is not found for 'generic'.\n");
+    HBXEnvFactory::getInstance().registerEnvUpdater(HBXEnv::type, updater_);
+    EXPECT_EQ(cache->syncEnvListOf(eidOf(9)), 0);
+    EXPECT_EQ(updater_->synced, (std::set<HBXEID, HBXEnvIDComparator>{eidOf(1), eidOf(2), eidOf(3)}));
+    EXPECT_EQ(cache->syncSlaveList({eidOf(5)}), 0);
+    EXPECT_EQ(updater_->synced.count(eidOf(5)), 1U);
+}
+
+TEST_F(EnvCacheTest, OpensAFreshCacheWhenTheFileIsGone) {
+    ASSERT_EQ(envCache()->insert(envOf(1, "one")), 0);
+    const auto old = envCache();
+    initEnvCache(folder_ + "/other", false);
+    EXPECT_EQ(envCache(), old) << "the name counts from the next opening on";
+    initEnvCache(name_, false);
+    ASSERT_EQ(unlink(name_.c_str()), 0);
+    EXPECT_EQ(title(1), "absent");
+    EXPECT_NE(envCache(), old);
+    ASSERT_EQ(envCache()->insert(envOf(2, "two")), 0);
+    initEnvCache(name_, true);
+    EXPECT_EQ(title(2), "absent");
+    std::filesystem::create_directory(folder_ + "/folder");
+    finiEnvCache();
+    initEnvCache(folder_ + "/folder", false);
+    takeLog();
+    EXPECT_EQ(envCache(), nullptr);
+    EXPECT_EQ(takeLog(), "1 Environment cache unavailable for process environment_test, code is -2.\n");
+}
+
+} // namespace
+
+} // namespace HBX::test
