@@ -38,6 +38,8 @@ constexpr const HBXRecordTable* kRecords[] = {
     &HBXSchedulerWeeklyTrigger::table,
     &HBXSchedulerMonthlyTrigger::table,
     &HBXSchedulerMonthlyDayOfWeekTrigger::table,
+    &HBXVocID::table,
+    &HBXVocPrototype::table,
 };
 
 } // namespace
