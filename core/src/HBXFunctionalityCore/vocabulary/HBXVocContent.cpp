@@ -33,7 +33,8 @@ std::string HBXVocContent::toString() const {
 
 int HBXVocContent::fromString(std::string_view text) {
     auto message = adoptMessage(HBXMsgFactory::createNew());
-    if (message->fromText(std::string(text).c_str(), nullptr) != 0) {
+    if (text.find('\0') != std::string_view::npos ||
+        message->fromText(std::string(text).c_str(), nullptr) != 0) {
         return -1;
     }
     message_ = std::move(message);

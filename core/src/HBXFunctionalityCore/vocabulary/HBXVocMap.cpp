@@ -36,7 +36,10 @@ int append(HBXMessage& map, const HBXVocID& id, const Write& write) {
         it->deleteFromChild();
         return -1;
     }
-    return replaces ? (old->deleteFromChild(), 0) : 0;
+    if (replaces) {
+        old->deleteFromChild();
+    }
+    return 0;
 }
 
 } // namespace

@@ -13,10 +13,10 @@ namespace {
 
 HBXBinary& demandMessage(HBXMessage* message) {
     constexpr const char* kFunction = "HBX::HBXVocMapIterator::HBXVocMapIterator";
-    if (message == nullptr) {
-        abort("HBXFunctionalityCore", "core/src/HBXFunctionalityCore/HBXVoc", __LINE__, kFunction, kFunction);
+    if (message != nullptr) {
+        return internal::binaryOf(*message);
     }
-    return internal::binaryOf(*message);
+    abort("HBXFunctionalityCore", "core/src/HBXFunctionalityCore/HBXVoc", __LINE__, kFunction, kFunction);
 }
 
 } // namespace

@@ -110,15 +110,14 @@ HBXVocIterator* HBXVocPrototype::readCategory(const std::string& tag) const {
 }
 
 HBXVocIterator* HBXVocPrototype::readCategory(const std::set<std::string>& tags) {
-    HBXVocIterator* it = read();
-    if (it != nullptr) {
-        it->setRestrictSet(tags);
-    }
-    return it;
+    return restricted(read(), tags);
 }
 
 HBXVocIterator* HBXVocPrototype::readCategory(const std::set<std::string>& tags) const {
-    HBXVocIterator* it = read();
+    return restricted(read(), tags);
+}
+
+HBXVocIterator* HBXVocPrototype::restricted(HBXVocIterator* it, const std::set<std::string>& tags) {
     if (it != nullptr) {
         it->setRestrictSet(tags);
     }

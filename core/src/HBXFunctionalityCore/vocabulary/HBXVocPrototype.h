@@ -81,6 +81,7 @@ protected:
 private:
     struct Rows;
 
+    static HBXVocIterator* restricted(HBXVocIterator* it, const std::set<std::string>& tags);
     boost::intrusive_ptr<HBXMessage> message() const;
 
     mutable HBXLock lock_; ///< guards the two below
