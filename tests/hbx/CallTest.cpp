@@ -91,6 +91,12 @@ TEST_F(ProgramTest, RepliesHoldTheResults) {
         {"clock-universal.xml", "start_time", "1711636200\n"},
         {"clock-universal.xml", "end_time", "1711639800\n"},
         {"clock-universal.xml", "seconds", "3600\n"},
+        {"voc-features-by-tags.xml", "id", "firewall.rules\nfirewall.chains\n"},
+        {"voc-features-by-tags.xml", "vocabulary", "network\nnetwork\n"},
+        {"voc-categories.xml", "id", "environment\ncontainer\nnetwork\nresource\nfirewall\n"},
+        {"voc-has.xml", "found", "1\n"},
+        {"voc-has.xml", "tag", "firewall\nnetwork\nsecurity\n"},
+        {"voc-has-not.xml", "found", "0\n"},
     };
     for (const auto& row : rows) {
         const Ended ended = run({"call", sample("requests/") + row.file}, {.zone = "Europe/Berlin"});
@@ -126,6 +132,8 @@ TEST_F(ProgramTest, FailedRequestsAreAnsweredWithAnError) {
          "the calendar refuses: Weekday is out of range 0..6\n"},
         {"shift-beyond-range.xml", "5\n", "/data/clock/shift",
          "the interval would leave the range of 32-bit seconds\n"},
+        {"voc-name-too-long.xml", "4\n", "/data/voc/features", "vocabularies cannot be read\n"},
+        {"voc-has-nothing.xml", "4\n", "/data/voc/has", "id is missing\n"},
     };
     for (const auto& row : rows) {
         const std::string file = sample("bad/") + row.file;

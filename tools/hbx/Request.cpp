@@ -4,6 +4,7 @@
 
 #include "operators/SchedulerOperator.h"
 #include "operators/TimeOperator.h"
+#include "operators/VocabularyOperator.h"
 
 namespace HBX::tool {
 
@@ -18,6 +19,7 @@ constexpr int kError = 3404;
 constexpr const Operator* kOperators[] = {
     &kSchedulerOperator,
     &kTimeOperator,
+    &kVocabularyOperator,
 };
 
 void copyEnvelope(const HBXMessage& request, HBXMessage& reply) {

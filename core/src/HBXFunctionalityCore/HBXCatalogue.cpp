@@ -62,6 +62,8 @@ constexpr const HBXRecordTable* kRecords[] = {
     &HBXVtSettings::table,
     &HBXVtVersion::table,
     &HBXIPAddress::table,
+    &HBXVocID::table,
+    &HBXVocPrototype::table,
 };
 
 } // namespace

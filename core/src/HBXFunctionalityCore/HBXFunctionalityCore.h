@@ -34,5 +34,8 @@
 #include <HBXFunctionalityCore/time/HBXDate.h>
 #include <HBXFunctionalityCore/time/HBXTimeInterval.h>
 #include <HBXFunctionalityCore/time/HBXTimeZone.h>
+#include <HBXFunctionalityCore/vocabulary/HBXVocID.h>
+#include <HBXFunctionalityCore/vocabulary/HBXVocLocalPrototype.h>
+#include <HBXFunctionalityCore/vocabulary/HBXVocMapIterator.h>
 #include <HBXMessage/HBXEncoding.h>
 #include <HBXMessage/HBXMessage.h>

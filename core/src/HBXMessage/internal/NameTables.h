@@ -446,6 +446,12 @@ inline constexpr IdName kElementNames[] = {
     {3410, "explain"},
     {3411, "note"},
     {3412, "ending"},
+    {3460, "voc"},
+    {3461, "categories"},
+    {3462, "has"},
+    {3463, "tags"},
+    {3464, "tag"},
+    {3465, "vocabularies"},
 };
 
 /// Namespaces: the shared ones, then one per agent module from 401.

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <array>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <HBXMessage/HBXRecord.h>
+
+namespace HBX {
+
+/// The name of a vocabulary: a zero-terminated text of at most 255 characters, held in place.
+class HBX_EXPORT HBXVocName {
+public:
+    static constexpr std::size_t kMaxLength = 255;
+
+    HBXVocName() = default;
+    HBXVocName(const char* text) { *this = text; }
+    /// Null clears. A longer text ends the program; use `fromString` for what strangers choose.
+    HBXVocName& operator=(const char* text);
+
+    const char* c_str() const { return bytes_.data(); }
+    std::string_view view() const { return bytes_.data(); }
+    bool empty() const { return bytes_[0] == '\0'; }
+
+    std::string toString() const { return bytes_.data(); }
+    /// -1 and unchanged when the text is too long or holds a zero byte.
+    int fromString(std::string_view text);
+    static HBXVocName sample(std::uint64_t random);
+
+    friend bool operator==(const HBXVocName& a, const HBXVocName& b) { return a.view() == b.view(); }
+    friend std::strong_ordering operator<=>(const HBXVocName& a, const HBXVocName& b) {
+        return a.view() <=> b.view();
+    }
+
+    static const HBXRecordTable table;
+    using Reader = HBXTextReader<HBXVocName>;
+    using Writer = HBXTextWriter<HBXVocName>;
+
+private:
+    std::array<char, kMaxLength + 1> bytes_{};
+};
+
+} // namespace HBX

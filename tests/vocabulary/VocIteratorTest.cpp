@@ -1,0 +1,107 @@
+#include "VocabularyTestUtil.h"
+
+namespace HBX::test {
+namespace {
+
+const VocWords kItems = {"c:one,A,B", "p:alpha,A,B", "c:two,A",         "p:beta,A=7",
+                         "p:gamma,B", "p:beta,B",    "p:delta,A,A,B,C", "c:three,C"};
+
+TEST(VocIterator, SeekFindsTheFirstOfThatNameAndSaysWhereItStops) {
+    const struct {
+        Tags restriction;
+        const char* id;
+        const char* parameter;
+        const char* category;
+    } rows[] = {
+        {{}, "alpha", "0 alpha", "-1 agent"},
+        {{}, "two", "-1 agent", "0 two"},
+        {{}, "Alpha", "-1 agent", "-1 agent"},
+        {{}, "", "-1 agent", "-1 agent"},
+        {{"A"}, "beta", "0 beta", "-1 agent"},
+        {{"B"}, "beta", "-1 beta", "-1 agent"}, // a later one of that name would belong
+        {{"A", "B"}, "alpha", "0 alpha", "-1 agent"},
+        {{"A", "C"}, "one", "-1 agent", "-1 one"},
+    };
+    const auto voc = vocOf(kItems);
+    for (const auto& row : rows) {
+        const VocCursor it(voc->readCategory(row.restriction));
+        EXPECT_EQ(after(*it, [&](auto& i) { return i.seekParameter(row.id); }), row.parameter) << row.id;
+        EXPECT_EQ(after(*it, [&](auto& i) { return i.seekCategory(row.id); }), row.category) << row.id;
+    }
+}
+
+TEST(VocIterator, ItemsBelongWhenTheyCarryEveryTag) {
+    const struct {
+        const char* id;
+        Tags tags;
+        bool belongs;
+    } rows[] = {{"alpha", {}, true},     {"alpha", {"A"}, true},       {"alpha", {"A", "B"}, true},
+                {"alpha", {"C"}, false}, {"alpha", {"A", "C"}, false}, {"delta", {"A", "B", "C"}, true},
+                {"alpha", {""}, false},  {"delta", {"A", "AA"}, false}};
+    const VocCursor it(vocOf(kItems)->read());
+    for (const auto& row : rows) {
+        ASSERT_EQ(it->seekParameter(row.id), 0);
+        EXPECT_EQ(it->belongsTo(row.tags), row.belongs) << row.id;
+        EXPECT_EQ(placeOf(it.get()), row.id) << "it ends on the item in either case";
+    }
+    const VocCursor untagged(vocOf({"p:x"})->readParameter("x"));
+    EXPECT_FALSE(untagged->belongsTo("A"));
+    EXPECT_EQ(placeOf(untagged.get()), "x");
+}
+
+TEST(VocIterator, WalksWhatTheTagsAdmit) {
+    const auto voc = vocOf(kItems);
+    const VocCursor it(voc->read());
+    EXPECT_EQ(walkParameters(*it, {}), "alpha beta gamma beta delta ");
+    EXPECT_EQ(walkParameters(*it, {"A"}), "alpha beta delta ");
+    EXPECT_EQ(walkParameters(*it, {"B"}), "alpha gamma beta delta ");
+    EXPECT_EQ(walkParameters(*it, {"A", "C"}), "delta ");
+    EXPECT_EQ(walkParameters(*it, {"D"}), "");
+
+    std::string met;
+    for (int found = it->firstCategory("A"); found == 0; found = it->nextCategory("A")) {
+        met += placeOf(it.get()) + ' ';
+    }
+    EXPECT_EQ(met, "one two ");
+
+    // Without an argument by the iterator's own set, which arguments stand in for and do not add to.
+    const VocCursor restricted(voc->readCategory("C"));
+    EXPECT_EQ(after(*restricted, [](auto& i) { return i.firstParameter(); }), "0 delta");
+    EXPECT_EQ(after(*restricted, [](auto& i) { return i.nextParameter(); }), "-1 delta");
+    EXPECT_EQ(walkParameters(*restricted, {"A"}), "alpha beta delta ");
+    const VocCursor copy(restricted->newIterator());
+    EXPECT_EQ(after(*copy, [](auto& i) { return i.firstCategory(); }), "0 three");
+    EXPECT_EQ(placeOf(restricted.get()), "delta");
+}
+
+TEST(VocIterator, AFailedFirstSearchEndsOnTheRootAFailedNextSearchOnTheLastSibling) {
+    const VocCursor it(vocOf({"c:one,A", "c:two", "c:three", "p:x"})->read());
+    EXPECT_EQ(after(*it, [](auto& i) { return i.firstCategory("B"); }), "-1 agent");
+    EXPECT_EQ(after(*it, [](auto& i) { return i.firstCategory("A"); }), "0 one");
+    EXPECT_EQ(after(*it, [](auto& i) { return i.nextCategory("A"); }), "-1 three");
+    EXPECT_EQ(after(*it, [](auto& i) { return i.nextCategory(); }), "-1 three");
+    const VocCursor bare(vocOf({"p:x"})->read());
+    EXPECT_EQ(after(*bare, [](auto& i) { return i.firstCategory(); }), "-1 agent");
+}
+
+TEST(VocIterator, AMessageWithoutRootHasNothing) {
+    const struct {
+        const char* content;
+        const char* place; ///< the last element of the way that is there
+    } rows[] = {{"", "-1 root"},
+                {"<agent/>", "-1 root"},
+                {"<data/>", "-1 data"},
+                {"<data><agent/></data>", "0 agent"}};
+    for (const auto& row : rows) {
+        const Message message = messageOf(row.content);
+        HBXVocIterator it(dynamic_cast<HBXBinary&>(*message));
+        EXPECT_EQ(after(it, [](auto& i) { return i.seekRoot(); }), row.place) << row.content;
+        EXPECT_EQ(it.seekParameter("x"), -1);
+        EXPECT_EQ(it.firstCategory(), -1);
+        EXPECT_EQ(it.nextCategory(), -1);
+        EXPECT_FALSE(HBXVocPrototype(message->copy(false)).isFeatureEnabled("x"));
+    }
+}
+
+} // namespace
+} // namespace HBX::test
