@@ -56,9 +56,10 @@ std::vector<std::unique_ptr<AnyRecord>> hold() {
 }
 
 std::vector<std::unique_ptr<AnyRecord>> allRecords() {
-    return hold<HBXGUID, HBXEID, HBXEIDList, HBXTimeInterval, HBXTimeZone, HBXDate, HBXNamedOpStrListProperty,
-                HBXSchedulerTrigger, HBXSchedulerOnceTrigger, HBXSchedulerDailyTrigger,
-                HBXSchedulerWeeklyTrigger, HBXSchedulerMonthlyTrigger, HBXSchedulerMonthlyDayOfWeekTrigger>();
+    return hold<HBXGUID, HBXEID, HBXEIDList, HBXTimeInterval, HBXTimeZone, HBXDate, HBXAuthName,
+                HBXConnectionInfo, HBXRealm, HBXNamedOpStrListProperty, HBXSchedulerTrigger,
+                HBXSchedulerOnceTrigger, HBXSchedulerDailyTrigger, HBXSchedulerWeeklyTrigger,
+                HBXSchedulerMonthlyTrigger, HBXSchedulerMonthlyDayOfWeekTrigger>();
 }
 
 TEST(Catalogue, ListsEveryRecordOnceWithWhatMarksIt) {

@@ -7,15 +7,21 @@ namespace HBX {
 
 // --- families: one registry each, instantiated here and nowhere else ---
 
+template class HBXDerivedParserFactory<HBXRealm>;
+constinit const HBXPointerType HBXRealm::family = familyType<HBXRealm>();
+
 template class HBXDerivedParserFactory<HBXSchedulerTrigger>;
 constinit const HBXPointerType HBXSchedulerTrigger::family = familyType<HBXSchedulerTrigger>();
 
 namespace {
 
+constexpr bool kIsDefault = true;
 constexpr bool kIsNotDefault = false;
 
 template <class Derived, class Base>
 using Entry = HBXDerivedParserFactoryT<Derived, Base>;
+
+Entry<HBXRealm, HBXRealm> realm(kIsDefault);
 
 // No default: an element whose type names no trigger never reads as one.
 Entry<HBXSchedulerOnceTrigger, HBXSchedulerTrigger> onceTrigger(kIsNotDefault);
@@ -31,6 +37,9 @@ constexpr const HBXRecordTable* kRecords[] = {
     &HBXTimeInterval::table,
     &HBXTimeZone::table,
     &HBXDate::table,
+    &HBXAuthName::table,
+    &HBXConnectionInfo::table,
+    &HBXRealm::table,
     &HBXNamedOpStrListProperty::table,
     &HBXSchedulerTrigger::table,
     &HBXSchedulerOnceTrigger::table,

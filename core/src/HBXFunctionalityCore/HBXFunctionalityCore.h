@@ -3,6 +3,7 @@
 /// Everything that the library offers.
 
 #include <HBXFunctionalityCore/HBXCatalogue.h>
+#include <HBXFunctionalityCore/directory/HBXRealm.h>
 #include <HBXFunctionalityCore/identity/HBXEID.h>
 #include <HBXFunctionalityCore/identity/HBXEIDList.h>
 #include <HBXFunctionalityCore/identity/HBXGUID.h>
@@ -15,6 +16,8 @@
 #include <HBXFunctionalityCore/schedule/HBXSchedulerOnceTrigger.h>
 #include <HBXFunctionalityCore/schedule/HBXSchedulerTrigger.h>
 #include <HBXFunctionalityCore/schedule/HBXSchedulerWeeklyTrigger.h>
+#include <HBXFunctionalityCore/security/HBXAuthName.h>
+#include <HBXFunctionalityCore/security/HBXConnectionInfo.h>
 #include <HBXFunctionalityCore/time/HBXDate.h>
 #include <HBXFunctionalityCore/time/HBXTimeInterval.h>
 #include <HBXFunctionalityCore/time/HBXTimeZone.h>
