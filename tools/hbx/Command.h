@@ -41,6 +41,7 @@ inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 std::span<const Command> callCommands();
 std::span<const Command> messageCommands();
 std::span<const Command> scheduleCommands();
+std::span<const Command> sidCommands();
 
 /// Finds the verb that the command line names and runs it. @return the exit code, as a number.
 int runCommandLine(std::vector<std::string> words);

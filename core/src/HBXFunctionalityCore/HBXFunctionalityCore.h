@@ -3,6 +3,10 @@
 /// Everything that the library offers.
 
 #include <HBXFunctionalityCore/HBXCatalogue.h>
+#include <HBXFunctionalityCore/directory/HBXDirControl.h>
+#include <HBXFunctionalityCore/directory/HBXDirEntry.h>
+#include <HBXFunctionalityCore/directory/HBXDirMod.h>
+#include <HBXFunctionalityCore/directory/HBXDirRealm.h>
 #include <HBXFunctionalityCore/directory/HBXRealm.h>
 #include <HBXFunctionalityCore/identity/HBXEID.h>
 #include <HBXFunctionalityCore/identity/HBXEIDList.h>
@@ -18,6 +22,11 @@
 #include <HBXFunctionalityCore/schedule/HBXSchedulerWeeklyTrigger.h>
 #include <HBXFunctionalityCore/security/HBXAuthName.h>
 #include <HBXFunctionalityCore/security/HBXConnectionInfo.h>
+#include <HBXFunctionalityCore/security/HBXIdentityProvider.h>
+#include <HBXFunctionalityCore/security/HBXLocalSID.h>
+#include <HBXFunctionalityCore/security/HBXSID.h>
+#include <HBXFunctionalityCore/security/HBXSIDText.h>
+#include <HBXFunctionalityCore/security/HBXToken.h>
 #include <HBXFunctionalityCore/time/HBXDate.h>
 #include <HBXFunctionalityCore/time/HBXTimeInterval.h>
 #include <HBXFunctionalityCore/time/HBXTimeZone.h>
