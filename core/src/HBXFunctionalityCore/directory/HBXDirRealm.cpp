@@ -63,11 +63,11 @@ int HBXDirRealm::set(const HBXRealm& other) {
 }
 
 int HBXDirRealm::Reader::operator()(const HBXMessageIterator& it, HBXDirRealm& realm) const {
-    HBXAuthName authName; // absent: the default one
-    if (HBXReaderIDT(HBXAuthName::Reader(), kAuthName, 0)(it, authName) != 0) {
+    HBXAuthName login; // absent: the default one
+    if (HBXReaderIDT(HBXAuthName::Reader(), kAuthName, 0)(it, login) != 0) {
         return -1;
     }
-    realm.authName = std::move(authName);
+    realm.authName = std::move(login);
     if (HBXRealm::Reader()(it, realm) != 0 || realm.type != kType) {
         return -1;
     }

@@ -13,28 +13,21 @@ constexpr std::size_t kAuthorityDigits = 12; ///< hexadecimal
 /// "S-1-", the authority, and "-4294967295" for each sub-authority.
 constexpr std::size_t kTextRoom = 4 + 2 + kAuthorityDigits + 11 * kMaxSubAuthorities;
 
-/// What stands before the next hyphen, which goes too; the text must not be over.
-std::string_view takePiece(std::string_view& text, bool& isLast) {
-    const std::size_t end = text.find('-');
-    const std::string_view piece = text.substr(0, end);
-    isLast = end == std::string_view::npos;
-    text.remove_prefix(isLast ? text.size() : end + 1);
-    return piece;
-}
-
+/// The number that the text begins with goes; false when there is none or it is too large.
 template <class Number>
-bool parseDigits(std::string_view text, int base, Number& number) {
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number, base);
-    return error == std::errc() && stop == end;
+bool takeNumber(std::string_view& text, int base, Number& number) {
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+    text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
+    return error == std::errc();
 }
 
-bool parseAuthority(std::string_view text, std::uint64_t& authority) {
-    if (text.starts_with("0x")) {
-        text.remove_prefix(2);
-        return text.size() <= kAuthorityDigits && parseDigits(text, 16, authority);
+bool takeAuthority(std::string_view& text, std::uint64_t& authority) {
+    if (!text.starts_with("0x")) {
+        return takeNumber(text, 10, authority) && authority < kAuthorityEnd;
     }
-    return parseDigits(text, 10, authority) && authority < kAuthorityEnd;
+    text.remove_prefix(2);
+    const std::size_t before = text.size();
+    return takeNumber(text, 16, authority) && before - text.size() <= kAuthorityDigits;
 }
 
 char* printAuthority(char* to, std::uint64_t authority) {
@@ -108,16 +101,18 @@ bool parseSIDText(std::string_view text, SIDBuffer& sid) {
         return false;
     }
     text.remove_prefix(4);
-    bool isLast = false;
     std::uint64_t authority = 0;
-    if (!parseAuthority(takePiece(text, isLast), authority)) {
+    if (!takeAuthority(text, authority)) {
         return false;
     }
     sid.begin(authority);
-    while (!isLast) {
+    while (!text.empty()) {
+        if (!text.starts_with('-') || subAuthorityCount(sid.bytes) == kMaxSubAuthorities) {
+            return false;
+        }
+        text.remove_prefix(1);
         std::uint32_t value = 0;
-        if (subAuthorityCount(sid.bytes) == kMaxSubAuthorities ||
-            !parseDigits(takePiece(text, isLast), 10, value)) {
+        if (!takeNumber(text, 10, value)) {
             return false;
         }
         sid.add(value);
