@@ -97,11 +97,21 @@ TEST_F(ProgramTest, RepliesHoldTheResults) {
         {"voc-has.xml", "found", "1\n"},
         {"voc-has.xml", "tag", "firewall\nnetwork\nsecurity\n"},
         {"voc-has-not.xml", "found", "0\n"},
+        {"security-parse.xml", "eid", "01234567-89ab-cdef-0011-223344556677\n"},
+        {"security-local.xml", "text", "S-1-8192-1732584193-4023233417-857870592-2003195204-0\n"},
+        {"security-well-known.xml", "sid", "AQEAAAAAAAUHAAAA\n"},
+        {"security-administrator.xml", "allow", "1\n"},
+        {"security-env-administrator.xml", "allow", "1\n"},
     };
     for (const auto& row : rows) {
         const Ended ended = run({"call", sample("requests/") + row.file}, {.zone = "Europe/Berlin"});
         EXPECT_EQ(valuesOf(ended.out, row.element), row.values) << row.file;
     }
+    const Ended restricted = run({"call", sample("requests/security-restrict.xml")});
+    EXPECT_NE(restricted.out.find(">AQUAAAAAIAABI0VniavN7wARIjNEVWZ3AAAAAA==</group_sid>\n"
+                                  "          </restricted_groups>"),
+              std::string::npos)
+        << restricted.out;
     const Ended shifted = run({"call", sample("requests/clock-shift.xml")});
     EXPECT_NE(shifted.out.find(">1711612800+0200</start_time>"), std::string::npos) << shifted.out;
     EXPECT_NE(shifted.out.find(">1711616400+0200</end_time>"), std::string::npos) << shifted.out;
@@ -130,6 +140,10 @@ TEST_F(ProgramTest, FailedRequestsAreAnsweredWithAnError) {
          "the trigger's numbers name no run after Thursday 2024-03-28 09:00 +00:00\n"},
         {"weekday-out-of-range.xml", "5\n", "/data/schedule/next",
          "the calendar refuses: Weekday is out of range 0..6\n"},
+        {"sid-text-without-authority.xml", "4\n", "/data/security/parse", "text is no security identifier\n"},
+        {"token-with-cut-identifier.xml", "4\n", "/data/security/administrator",
+         "token (security:token) cannot be read\n"},
+        {"principal-type-out-of-range.xml", "4\n", "/data/security/local", "principal_type is 1 to 4\n"},
         {"shift-beyond-range.xml", "5\n", "/data/clock/shift",
          "the interval would leave the range of 32-bit seconds\n"},
         {"voc-name-too-long.xml", "4\n", "/data/voc/features", "vocabularies cannot be read\n"},

@@ -42,6 +42,7 @@ std::span<const Command> callCommands();
 std::span<const Command> messageCommands();
 std::span<const Command> scheduleCommands();
 std::span<const Command> vocCommands();
+std::span<const Command> sidCommands();
 
 /// Finds the verb that the command line names and runs it. @return the exit code, as a number.
 int runCommandLine(std::vector<std::string> words);

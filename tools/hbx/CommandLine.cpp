@@ -17,7 +17,8 @@ namespace po = boost::program_options;
 
 std::vector<Command> allCommands() {
     std::vector<Command> commands;
-    for (const auto& area : {callCommands(), messageCommands(), scheduleCommands(), vocCommands()}) {
+    for (const auto& area :
+         {callCommands(), messageCommands(), scheduleCommands(), vocCommands(), sidCommands()}) {
         commands.insert(commands.end(), area.begin(), area.end());
     }
     return commands;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "operators/SchedulerOperator.h"
+#include "operators/SecurityOperator.h"
 #include "operators/TimeOperator.h"
 #include "operators/VocabularyOperator.h"
 
@@ -18,6 +19,7 @@ constexpr int kError = 3404;
 /// Every operator module; a new one is one more line.
 constexpr const Operator* kOperators[] = {
     &kSchedulerOperator,
+    &kSecurityOperator,
     &kTimeOperator,
     &kVocabularyOperator,
 };

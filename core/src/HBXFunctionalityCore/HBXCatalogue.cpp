@@ -7,6 +7,12 @@ namespace HBX {
 
 // --- families: one registry each, instantiated here and nowhere else ---
 
+template class HBXDerivedParserFactory<HBXDirControl>;
+constinit const HBXPointerType HBXDirControl::family = familyType<HBXDirControl>();
+
+template class HBXDerivedParserFactory<HBXRealm>;
+constinit const HBXPointerType HBXRealm::family = familyType<HBXRealm>();
+
 template class HBXDerivedParserFactory<HBXSchedulerTrigger>;
 constinit const HBXPointerType HBXSchedulerTrigger::family = familyType<HBXSchedulerTrigger>();
 
@@ -27,6 +33,13 @@ constexpr bool kIsNotDefault = false;
 template <class Derived, class Base>
 using Entry = HBXDerivedParserFactoryT<Derived, Base>;
 
+Entry<HBXDirControl, HBXDirControl> control(kIsDefault);
+Entry<HBXDirSortControl, HBXDirControl> sortControl(kIsNotDefault);
+Entry<HBXDirVlvControl, HBXDirControl> vlvControl(kIsNotDefault);
+
+Entry<HBXRealm, HBXRealm> realm(kIsDefault);
+Entry<HBXDirRealm, HBXRealm> dirRealm(kIsNotDefault);
+
 // No default: an element whose type names no trigger never reads as one.
 Entry<HBXSchedulerOnceTrigger, HBXSchedulerTrigger> onceTrigger(kIsNotDefault);
 Entry<HBXSchedulerDailyTrigger, HBXSchedulerTrigger> dailyTrigger(kIsNotDefault);
@@ -46,7 +59,17 @@ constexpr const HBXRecordTable* kRecords[] = {
     &HBXTimeInterval::table,
     &HBXTimeZone::table,
     &HBXDate::table,
+    &HBXAuthName::table,
+    &HBXConnectionInfo::table,
+    &HBXDirControl::table,
+    &HBXDirSortControl::table,
+    &HBXDirVlvControl::table,
+    &HBXDirEntry::table,
+    &HBXRealm::table,
+    &HBXDirRealm::table,
     &HBXNamedOpStrListProperty::table,
+    &HBXSID::table,
+    &HBXToken::table,
     &HBXSchedulerTrigger::table,
     &HBXSchedulerOnceTrigger::table,
     &HBXSchedulerDailyTrigger::table,

@@ -4,6 +4,11 @@
 
 #include <HBXFunctionalityCore/HBXCatalogue.h>
 #include <HBXFunctionalityCore/alert/HBXAlertData.h>
+#include <HBXFunctionalityCore/directory/HBXDirControl.h>
+#include <HBXFunctionalityCore/directory/HBXDirEntry.h>
+#include <HBXFunctionalityCore/directory/HBXDirMod.h>
+#include <HBXFunctionalityCore/directory/HBXDirRealm.h>
+#include <HBXFunctionalityCore/directory/HBXRealm.h>
 #include <HBXFunctionalityCore/environment/HBXEnv.h>
 #include <HBXFunctionalityCore/environment/HBXEnvCache.h>
 #include <HBXFunctionalityCore/environment/HBXEnvChildFactory.h>
@@ -31,6 +36,13 @@
 #include <HBXFunctionalityCore/schedule/HBXSchedulerOnceTrigger.h>
 #include <HBXFunctionalityCore/schedule/HBXSchedulerTrigger.h>
 #include <HBXFunctionalityCore/schedule/HBXSchedulerWeeklyTrigger.h>
+#include <HBXFunctionalityCore/security/HBXAuthName.h>
+#include <HBXFunctionalityCore/security/HBXConnectionInfo.h>
+#include <HBXFunctionalityCore/security/HBXIdentityProvider.h>
+#include <HBXFunctionalityCore/security/HBXLocalSID.h>
+#include <HBXFunctionalityCore/security/HBXSID.h>
+#include <HBXFunctionalityCore/security/HBXSIDText.h>
+#include <HBXFunctionalityCore/security/HBXToken.h>
 #include <HBXFunctionalityCore/time/HBXDate.h>
 #include <HBXFunctionalityCore/time/HBXTimeInterval.h>
 #include <HBXFunctionalityCore/time/HBXTimeZone.h>

@@ -452,6 +452,17 @@ inline constexpr IdName kElementNames[] = {
     {3463, "tags"},
     {3464, "tag"},
     {3465, "vocabularies"},
+    {3481, "parse"},
+    {3482, "local"},
+    {3483, "well_known"},
+    {3484, "administrator"},
+    {3485, "restrict"},
+    {3486, "local_id"},
+    {3487, "kind"},
+    {3488, "kinds"},
+    {3489, "other"},
+    {3490, "control"},
+    {3491, "env_administrator"},
 };
 
 /// Namespaces: the shared ones, then one per agent module from 401.

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include <HBXFunctionalityCore/identity/HBXGUID.h>
+#include <HBXMessage/HBXRecord.h>
+
+namespace HBX {
+
+/// The name of somebody who authenticates: a name within a domain, and the realm that knows both.
+struct HBX_EXPORT HBXAuthName {
+    HBXOptionalProperty<std::string> domain;
+    HBXOptionalProperty<std::string> name;
+    HBXGUID realmId; ///< HBXRealm::id
+
+    static const HBXRecordTable table;
+    using Reader = HBXTableReader<HBXAuthName>;
+    using Writer = HBXTableWriter<HBXAuthName>;
+};
+
+} // namespace HBX

@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+
+#include <HBXCommon/HBXErrorMessage.h>
+#include <HBXFunctionalityCore/directory/HBXDirRealm.h>
+
+#include "support/MessageTestUtil.h"
+
+namespace HBX::test {
+namespace {
+
+HBXDirRealm corporate() {
+    HBXDirRealm realm;
+    realm.id = HBXGUID(1, 2);
+    realm.name = "corporate";
+    realm.server = "ldap.example";
+    realm.port = 389;
+    realm.baseDn = "DC=Corp";
+    realm.principalsDn = "ou=users,dc=corp";
+    realm.authName.name = "agent";
+    realm.password = "secret";
+    return realm;
+}
+
+TEST(DirRealm, IsValidWhenThePrincipalsLieBelowTheBase) {
+    const struct {
+        const char* server;
+        int port;
+        const char* base;
+        const char* principals;
+        bool valid;
+    } rows[] = {
+        {"s", 389, "DC=Corp", "ou=users,dc=corp", true},
+        {"s", 389, "DC=Corp", "dc=corp,dc=other", false},
+        {"s", 389, "DC=Corp", "dc=corp", true},
+        {"s", 389, "DC=Corp", "c=corp", false},
+        {"s", 389, "DC=Corp", "", false},
+        {"s", 389, "dc=corp", "xdc=corp", true}, // an end of bytes, not of names
+        {"s", 389, "", "", true},
+        {"s", 389, "", "anything", true},
+        {"s", -1, "", "", true},
+        {"s", 0, "", "", false},
+        {"", 389, "", "", false},
+    };
+    for (const auto& row : rows) {
+        HBXDirRealm realm;
+        realm.server = row.server;
+        realm.port = row.port;
+        realm.baseDn = row.base;
+        realm.principalsDn = row.principals;
+        EXPECT_EQ(realm.isValid(), row.valid) << row.base << ' ' << row.principals;
+        const Cursor it = newCursor();
+        EXPECT_EQ(it->putObject(realm, 1957), row.valid ? 0 : -1);
+        ASSERT_EQ(it->seek(1957), 0);
+        EXPECT_EQ(it->firstChild() == 0, row.valid) << "an invalid one writes nothing";
+    }
+}
+
+TEST(DirRealm, TakesOverValidDirectoryRealmsOnly) {
+    HBXDirRealm own = corporate();
+    own.password.reset();
+    const HBXDirRealm before = own;
+    HBXRealm plain;
+    plain.type = HBXDirRealm::kType;
+    EXPECT_EQ(own.set(plain), -1);
+    EXPECT_EQ(getErrorMessage(), "Invalid realm type");
+    HBXDirRealm portless = corporate();
+    portless.port = 0;
+    portless.name = "portless";
+    EXPECT_EQ(own.set(portless), -1);
+    EXPECT_EQ(getErrorMessage(), "Invalid realm parameters");
+    EXPECT_EQ(own, before);
+
+    HBXDirRealm other = corporate();
+    other.name = "other";
+    other.description = "d";
+    other.server = "elsewhere";
+    other.baseDn = other.principalsDn = "dc=elsewhere";
+    other.authName.domain = "e";
+    other.password = "first";
+    EXPECT_EQ(own.set(other), 0);
+    EXPECT_EQ(own, other);
+    EXPECT_EQ(own.password.get(), "first");
+    other.password = "second";
+    EXPECT_EQ(own.set(other), 0);
+    EXPECT_EQ(own.password.get(), "first") << "an own one stays";
+    EXPECT_EQ(plain.set(own), 0);
+    EXPECT_EQ(plain.name, "other");
+}
+
+TEST(DirRealm, TravelsAsItsKindWithoutItsPassword) {
+    const boost::shared_ptr<HBXRealm> realm = boost::make_shared<HBXDirRealm>(corporate());
+    const Cursor it = newCursor();
+    ASSERT_EQ(HBXWriterIDT(HBXWriterDerived<HBXRealm>(), 1957)(*it, realm), 0);
+    EXPECT_EQ(takeText(it->toText()).find("secret"), std::string::npos);
+    ASSERT_EQ(it->seek(1957), 0);
+    EXPECT_EQ(it->curType(), "directory:dir_realm");
+    ASSERT_EQ(it->firstChild(), 0);
+    EXPECT_EQ(it->curName(), "auth_name") << "before the members of every realm";
+    it->seekUp();
+    boost::shared_ptr<HBXRealm> back;
+    ASSERT_EQ(HBXReaderDerived<HBXRealm>()(*it, back), 0);
+    const auto& read = dynamic_cast<const HBXDirRealm&>(*back);
+    EXPECT_EQ(read, corporate());
+    EXPECT_FALSE(read.password.isSet());
+
+    it->setComplexType("directory", "realm_of_the_future");
+    ASSERT_EQ(HBXReaderDerived<HBXRealm>()(*it, back), 0);
+    EXPECT_EQ(typeid(*back), typeid(HBXRealm)) << "another kind reads as the plain one";
+}
+
+TEST(DirRealm, OfAPeerMustBeWholeAndValid) {
+    const struct {
+        const char* name;
+        int id; ///< of the member that is replaced
+        const char* value;
+        int result;
+    } rows[] = {
+        {"another type", 3001, "2", -1},
+        {"no server", 1687, nullptr, -1},
+        {"empty server", 1687, "", -1},
+        {"no port", 1704, nullptr, -1},
+        {"port 0", 1704, "0", -1},
+        {"port that is none", 1704, "ldap", -1},
+        {"no base", 1958, nullptr, -1},
+        {"principals elsewhere", 1959, "dc=elsewhere", -1},
+        {"no id", 1010, nullptr, -1},
+        {"no login", 1630, nullptr, 0},
+        {"login without a realm", 1630, "x", -1},
+        {"no description", 1496, nullptr, 0},
+    };
+    for (const auto& row : rows) {
+        const Cursor it = newCursor();
+        ASSERT_EQ(it->putObject(corporate(), 0), 0);
+        it->deleteChild(row.id);
+        if (row.value != nullptr) {
+            it->putValue(row.value, row.id);
+        }
+        HBXDirRealm realm = corporate();
+        EXPECT_EQ(it->getObject(realm, 0), row.result) << row.name;
+        if (row.id == 1630 && row.value == nullptr) {
+            EXPECT_EQ(realm.authName, HBXAuthName()) << "not what was there before";
+        }
+    }
+}
+
+} // namespace
+} // namespace HBX::test

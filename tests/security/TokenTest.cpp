@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+#include <HBXFunctionalityCore/security/HBXLocalSID.h>
+#include <HBXFunctionalityCore/security/HBXToken.h>
+
+#include "security/ScratchIdentity.h"
+#include "support/MessageTestUtil.h"
+
+namespace HBX::test {
+namespace {
+
+const HBXEID kLocal(HBXGUID(1, 2));
+const HBXEID kOther(HBXGUID(3, 4));
+
+std::vector<HBXSID> sids(std::initializer_list<const char*> texts) {
+    std::vector<HBXSID> made;
+    for (const char* text : texts) {
+        made.emplace_back(text);
+    }
+    return made;
+}
+
+HBXToken token(const char* sid, std::initializer_list<const char*> groups = {}) {
+    HBXToken made;
+    made.sid.fromString(sid);
+    made.groups = sids(groups);
+    return made;
+}
+
+/// "S-1-5-7 | group group | restricted"
+std::string textOf(const HBXToken& token) {
+    std::string text = token.sid.toString() + " |";
+    for (const HBXSID& sid : token.groups) {
+        text += ' ' + sid.toString();
+    }
+    text += " |";
+    for (const HBXSID& sid : token.restricted) {
+        text += ' ' + sid.toString();
+    }
+    return text;
+}
+
+std::string administratorsOf(const HBXEID& eid) {
+    return HBXLocalSID(0, HBXLocalSID::GROUP, eid).getSID().toString();
+}
+
+TEST(Token, AdministratorsAreTheseOnly) {
+    const struct {
+        std::string sid;
+        bool isLocal, isOther;
+    } rows[] = {
+        {administratorsOf(kLocal), true, false},
+        {administratorsOf(kOther), false, true},
+        {"S-1-5-32-544", true, true},
+        {"S-1-5-21-1-2-3-500", true, true},
+        {"S-1-5-21-4294967295-0-0-500", true, true},
+        {"S-1-5-32-545", false, false},
+        {"S-1-5-32-544-1", false, false},
+        {"S-1-5-32", false, false},
+        {"S-1-6-32-544", false, false},
+        {"S-1-0x000100000005-32-544", false, false},
+        {"S-1-5-33-544", false, false},
+        {"S-1-5-21-500", false, false},
+        {"S-1-5-21-1-2-500", false, false},
+        {"S-1-5-21-1-2-3-4-500", false, false},
+        {"S-1-5-21-1-2-3-501", false, false},
+        {"S-1-5-22-1-2-3-500", false, false},
+        {"S-1-5", false, false},
+        {"S-1-1000-4", false, false},
+        {HBXLocalSID(0, HBXLocalSID::USER, kLocal).getSID().toString(), false, false},
+        {HBXLocalSID(1, HBXLocalSID::GROUP, kLocal).getSID().toString(), false, false},
+    };
+    const ScratchIdentity identity(kLocal, {});
+    for (const auto& row : rows) {
+        for (const HBXToken& tested : {token(row.sid.c_str()), token("", {"S-1-5-7", row.sid.c_str()})}) {
+            EXPECT_EQ(tested.isLocalAdministrators(), row.isLocal) << row.sid;
+            EXPECT_EQ(tested.isEnvAdministrators(kOther), row.isOther) << row.sid;
+        }
+        HBXToken lost;
+        lost.restricted = sids({row.sid.c_str()});
+        EXPECT_FALSE(lost.isLocalAdministrators() || lost.isEnvAdministrators(kOther)) << row.sid;
+    }
+}
+
+TEST(Token, AnEmptyIdentifierIsNoAdministrator) {
+    HBXToken nobody;
+    nobody.groups.emplace_back();
+    for (const HBXEID& local :
+         {HBXEID(), kLocal}) { // without an identity the administrators' group is empty too
+        const ScratchIdentity identity(local, {});
+        EXPECT_FALSE(nobody.isLocalAdministrators());
+        EXPECT_FALSE(nobody.isEnvAdministrators(local));
+        EXPECT_FALSE(HBXToken().isLocalAdministrators());
+    }
+}
+
+TEST(Token, TheAgentIsAlwaysAnAdministrator) {
+    {
+        const ScratchIdentity identity({}, {});
+        EXPECT_EQ(textOf(HBXToken::getAgentToken()), "S-1-1000-4 | S-1-5-32-544 |");
+        EXPECT_TRUE(HBXToken::getAgentToken().isLocalAdministrators());
+    }
+    const ScratchIdentity identity(kLocal, {});
+    EXPECT_EQ(textOf(HBXToken::getAgentToken()),
+              "S-1-1000-4 | " + administratorsOf(kLocal) + " S-1-5-32-544 |");
+}
+
+TEST(Token, RestrictionOnlyTakesAway) {
+    const struct {
+        HBXToken token, other;
+        const char* left;
+    } rows[] = {
+        {token("S-1-1", {"S-1-2", "S-1-3"}), token("S-1-1", {"S-1-2", "S-1-3"}), "S-1-1 | S-1-2 S-1-3 |"},
+        {token("S-1-1", {"S-1-2", "S-1-3"}), token("S-1-3", {"S-1-1"}), "S-1-1 | S-1-3 | S-1-2"},
+        {token("S-1-1", {"S-1-2", "S-1-3"}), token("S-1-4", {"S-1-3"}), "S-1-5-7 | S-1-3 | S-1-2 S-1-1"},
+        {token("S-1-1", {"S-1-2"}), token(""), "S-1-5-7 | | S-1-2 S-1-1"},
+        {token(""), token("S-1-5-32-544", {"S-1-2"}), "S-1-5-7 | |"},
+        {token(""), token(""), " | |"},
+    };
+    for (const auto& row : rows) {
+        HBXToken left = row.token;
+        EXPECT_EQ(left.restrict(row.other), 0);
+        EXPECT_EQ(textOf(left), row.left);
+        HBXToken same = row.token;
+        EXPECT_EQ(same.restrict(same), 0);
+        EXPECT_EQ(same, row.token);
+    }
+    HBXToken twice = token("S-1-1", {"S-1-2", "S-1-3"});
+    twice.restrict(token("S-1-1", {"S-1-2"}));
+    twice.restrict(token("S-1-1", {"S-1-3"}));
+    EXPECT_EQ(textOf(twice), "S-1-1 | | S-1-3 S-1-2");
+}
+
+TEST(Token, TravelsWithWhatItHas) {
+    const Cursor it = newCursor();
+    ASSERT_EQ(it->putObject(HBXToken(), 3282), 0);
+    ASSERT_EQ(it->seek(3282), 0);
+    EXPECT_EQ(it->curType(), "security:token");
+    EXPECT_EQ(it->seekPresence(3265), -1) << "an empty principal is left out";
+    HBXToken back;
+    EXPECT_EQ(it->getObject(back, 0), 0);
+    EXPECT_EQ(back, HBXToken());
+
+    HBXToken unwritable;
+    unwritable.groups.emplace_back();
+    EXPECT_EQ(newCursor()->putObject(unwritable, 0), -1);
+}
+
+TEST(Token, OfAPeerMustHoldIdentifiersOnly) {
+    const struct {
+        const char* members;
+        int result;
+    } rows[] = {
+        {"", 0},
+        {"<sid>AQEAAAAAAAUHAAAA</sid><groups><group_sid>AQEAAAAAAAUHAAAA</group_sid><more/></groups>", 0},
+        {"<sid/>", -1},
+        {"<sid>S-1-5-7</sid>", -1},
+        {"<sid>AQEAAAAAAAUHAAA=</sid>", -1},
+        {"<sid>AQ8AAAAAAAUHAAAA</sid>", -1},
+        {"<sid>AQEAAAAAAAUHAAAA</sid><groups><group_sid/></groups>", -1},
+        {"<groups><group_sid>AQEAAAAAAAUHAAAA</group_sid><group_sid>AQ==</group_sid></groups>", -1},
+        {"<restricted_groups><group_sid>AQ==</group_sid></restricted_groups>", -1},
+    };
+    for (const auto& row : rows) {
+        const Cursor it = newCursor();
+        ASSERT_EQ(it->fromTextToChild((std::string("<token>") + row.members + "</token>").c_str()), 0);
+        HBXToken read;
+        EXPECT_EQ(it->getObject(read, 3282), row.result) << row.members;
+        std::string bytes = bytesOf(*it);
+        EXPECT_EQ(readInPlace(bytes, [&](const HBXMessageIterator& in) { return in.getObject(read, 3282); }),
+                  row.result)
+            << row.members;
+    }
+}
+
+TEST(TokenHolder, NestedOnesRestoreInReverse) {
+    const HBXTokenHolder first(token("S-1-1"));
+    try {
+        const HBXTokenHolder second(token("S-1-2"));
+        const HBXTokenHolder third(HBXToken::getCurrent());
+        EXPECT_EQ(HBXToken::getCurrent(), token("S-1-2"));
+        HBXToken::setCurrent(token("S-1-3"));
+        throw std::runtime_error("left early");
+    } catch (const std::runtime_error&) {
+        EXPECT_EQ(HBXToken::getCurrent(), token("S-1-1"));
+    }
+    EXPECT_EQ(HBXToken::setCurrent(HBXToken::getCurrent()), token("S-1-1"));
+    EXPECT_EQ(HBXToken::getCurrent(), token("S-1-1"));
+}
+
+TEST(TokenThread, EachThreadHasItsOwn) {
+    const HBXTokenHolder mine(HBXToken::getAgentToken());
+    std::atomic<int> faults{0};
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 4; ++number) {
+        threads.emplace_back([number, &faults] {
+            faults += HBXToken::getCurrent() == HBXToken() ? 0 : 1;
+            const HBXToken own = token(("S-1-" + std::to_string(number)).c_str());
+            const HBXTokenHolder outer(own);
+            for (int round = 0; round < 300; ++round) {
+                const HBXTokenHolder inner(HBXToken::getAgentToken());
+                faults += HBXToken::getCurrent().isLocalAdministrators() ? 0 : 1;
+            }
+            faults += HBXToken::getCurrent() == own ? 0 : 1;
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(faults, 0);
+    EXPECT_TRUE(HBXToken::getCurrent().isLocalAdministrators());
+}
+
+} // namespace
+} // namespace HBX::test

@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include <HBXFunctionalityCore/security/HBXSIDText.h>
+
+#include "security/ScratchIdentity.h"
+
+namespace HBX::test {
+namespace {
+
+const HBXEID kLocal(HBXGUID(0x0123456789abcdef, 0x0011223344556677));
+const HBXEID kMaster(HBXGUID(1, 2));
+
+std::string principal(const char* authority, const HBXEID& eid, const char* localId) {
+    const std::string numbers = eid == kLocal    ? "-1732584193-4023233417-857870592-2003195204-"
+                                : eid == kMaster ? "-0-16777216-0-33554432-"
+                                                 : "-0-0-0-0-";
+    return std::string("S-1-") + authority + numbers + localId;
+}
+
+TEST(LocalSID, IsMadeOfEnvironmentTypeAndNumber) {
+    const struct {
+        HBXLocalSID::PrincipalType type;
+        const char* authority;
+    } rows[] = {
+        {HBXLocalSID::USER, "8193"},
+        {HBXLocalSID::GROUP, "8192"},
+        {HBXLocalSID::ROLE, "8194"},
+        {HBXLocalSID::ENVIRONMENT, "8195"},
+    };
+    for (const auto& row : rows) {
+        for (const HBXEID& eid : {kLocal, HBXEID()}) {
+            const HBXLocalSID made(4294967294U, row.type, eid);
+            EXPECT_EQ(made.getSID().toString(), principal(row.authority, eid, "4294967294"));
+            const HBXLocalSID back(made.getSID());
+            EXPECT_EQ(back.getSID(), made.getSID());
+            EXPECT_EQ(back.getPrincipalType(), row.type);
+            EXPECT_EQ(back.getEID(), eid);
+            EXPECT_EQ(back.getLocalID(), 4294967294U);
+        }
+    }
+    for (const unsigned type : {0U, 5U, 0xFFFFFFFFU}) {
+        EXPECT_TRUE(HBXLocalSID(1, static_cast<HBXLocalSID::PrincipalType>(type), kLocal).getSID().isEmpty());
+    }
+}
+
+TEST(LocalSID, OthersHaveNoParts) {
+    for (const char* text : {"", "S-1-5-1-2-3-4-5", "S-1-8193-1-2-3-4", "S-1-8193-1-2-3-4-5-6",
+                             "S-1-8191-1-2-3-4-5", "S-1-8196-1-2-3-4-5", "S-1-0x000100002001-1-2-3-4-5"}) {
+        HBXSID sid;
+        sid.fromString(text);
+        const HBXLocalSID local(sid);
+        EXPECT_EQ(local.getPrincipalType(), HBXLocalSID::NONE) << text;
+        EXPECT_EQ(local.getEID(), HBXEID()) << text;
+        EXPECT_EQ(local.getLocalID(), 4294967295U) << text;
+        EXPECT_EQ(local.getSID(), sid);
+    }
+}
+
+TEST(WellKnownSID, EveryKindHasItsIdentifier) {
+    const std::string local = principal("8195", kLocal, "0");
+    const struct {
+        unsigned kind;
+        std::string nameless, alone, grouped;
+    } rows[] = {
+        {0, "S-1-1000-1", "S-1-1000-1", "S-1-1000-1"},
+        {1, "S-1-1000-2", "S-1-1000-2", "S-1-1000-2"},
+        {2, "", principal("8192", kLocal, "0"), principal("8192", kLocal, "0")},
+        {3, "S-1-5-7", "S-1-5-7", "S-1-5-7"},
+        {4, "", local, local},
+        {5, "S-1-1000-0", "S-1-1000-0", "S-1-1000-0"},
+        {6, "S-1-1000-4", "S-1-1000-4", "S-1-1000-4"},
+        {7, "", local, principal("8195", kMaster, "0")},
+        {8, "S-1-0-0", "S-1-0-0", "S-1-0-0"},
+        {9, "S-1-1000-1001", "S-1-1000-1001", "S-1-1000-1001"},
+        {10, "S-1-1000-1002", "S-1-1000-1002", "S-1-1000-1002"},
+        {11, "S-1-1000-0", "S-1-1000-0", "S-1-1000-0"},
+        {0xFFFFFFFF, "S-1-1000-0", "S-1-1000-0", "S-1-1000-0"},
+    };
+    for (const auto& row : rows) {
+        const auto kind = static_cast<HBXSID::WellKnownSIDs>(row.kind);
+        const auto expect = [&](const HBXEID& eid, const HBXEID& master, const std::string& text) {
+            const ScratchIdentity identity(eid, master);
+            const HBXSID sid = HBXSID::createWellKnownSID(kind);
+            EXPECT_EQ(sid.toString(), text) << row.kind;
+            EXPECT_EQ(sid.isWellKnownSID(kind), kind != HBXSID::ANY_ENVIRONMENT) << row.kind;
+            EXPECT_FALSE(HBXSID("S-1-5-18").isWellKnownSID(kind)) << row.kind;
+        };
+        expect({}, {}, row.nameless);
+        expect(kLocal, {}, row.alone);
+        expect(kLocal, kMaster, row.grouped);
+    }
+    const ScratchIdentity identity({}, kMaster);
+    EXPECT_EQ(HBXSID::createWellKnownSID(HBXSID::MASTER_ENVIRONMENT).toString(),
+              principal("8195", kMaster, "0"));
+    EXPECT_TRUE(HBXLocalSID(7, HBXLocalSID::USER).getSID().isEmpty()) << "the local environment is not known";
+}
+
+TEST(WellKnownSID, AnyEnvironmentIsEachEnvironmentItself) {
+    const struct {
+        std::string text;
+        bool isOne;
+    } rows[] = {
+        {principal("8195", kLocal, "0"), true},
+        {principal("8195", HBXEID(), "0"), true},
+        {principal("8195", kLocal, "1"), false},
+        {principal("8192", kLocal, "0"), false},
+        {"S-1-1000-0", false},
+    };
+    std::set<HBXSID> others;
+    for (const auto& row : rows) {
+        const HBXSID sid(row.text);
+        EXPECT_EQ(sid.isWellKnownSID(HBXSID::ANY_ENVIRONMENT), row.isOne) << row.text;
+        EXPECT_EQ(containsWellKnownSID({HBXSID("S-1-5-7"), sid}, HBXSID::ANY_ENVIRONMENT), row.isOne)
+            << row.text;
+    }
+    EXPECT_FALSE(HBXSID().isWellKnownSID(HBXSID::ANY_ENVIRONMENT));
+    EXPECT_FALSE(containsWellKnownSID({}, HBXSID::ANONYMOUS));
+}
+
+TEST(WellKnownSID, NamesLeadBackToTheirKinds) {
+    for (unsigned number = 0; number < HBXSID::kWellKnownCount; ++number) {
+        auto kind = static_cast<HBXSID::WellKnownSIDs>(99);
+        EXPECT_TRUE(findWellKnownSID(wellKnownSIDName(static_cast<HBXSID::WellKnownSIDs>(number)), kind));
+        EXPECT_EQ(kind, number);
+    }
+    auto kind = HBXSID::SELF;
+    EXPECT_FALSE(findWellKnownSID("", kind));
+    EXPECT_EQ(kind, HBXSID::SELF);
+    EXPECT_EQ(wellKnownSIDName(static_cast<HBXSID::WellKnownSIDs>(11)), "");
+    EXPECT_EQ(principalTypeName(static_cast<HBXLocalSID::PrincipalType>(5)), "");
+}
+
+TEST(WellKnownSIDThread, FollowsTheIdentityWhileItChanges) {
+    const ScratchIdentity before(kLocal, {});
+    const HBXSID first = HBXSID::createWellKnownSID(HBXSID::LOCAL_ENVIRONMENT);
+    const HBXSID second = HBXLocalSID(0, HBXLocalSID::ENVIRONMENT, kMaster).getSID();
+    std::atomic<int> strangers{0};
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 3; ++i) {
+        readers.emplace_back([&] {
+            for (int n = 0; n < 500; ++n) {
+                const HBXSID sid = HBXSID::createWellKnownSID(HBXSID::LOCAL_ENVIRONMENT);
+                strangers += sid == first || sid == second ? 0 : 1;
+                strangers += HBXSID("S-1-5-7").isWellKnownSID(HBXSID::ANONYMOUS) ? 0 : 1;
+            }
+        });
+    }
+    for (int n = 0; n < 500; ++n) {
+        const ScratchIdentity meanwhile(kMaster, kLocal);
+    }
+    for (std::thread& reader : readers) {
+        reader.join();
+    }
+    EXPECT_EQ(strangers, 0);
+}
+
+} // namespace
+} // namespace HBX::test
