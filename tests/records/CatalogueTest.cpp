@@ -56,8 +56,8 @@ std::vector<std::unique_ptr<AnyRecord>> hold() {
 }
 
 std::vector<std::unique_ptr<AnyRecord>> allRecords() {
-    return hold<HBXGUID, HBXEID, HBXEIDList, HBXTimeInterval, HBXTimeZone, HBXDate, HBXAuthName,
-                HBXConnectionInfo, HBXRealm, HBXNamedOpStrListProperty, HBXSchedulerTrigger,
+    return hold<HBXGUID, HBXEID, HBXEIDList, HBXConfiguration, HBXTimeInterval, HBXTimeZone, HBXDate,
+                HBXAuthName, HBXConnectionInfo, HBXRealm, HBXNamedOpStrListProperty, HBXSchedulerTrigger,
                 HBXSchedulerOnceTrigger, HBXSchedulerDailyTrigger, HBXSchedulerWeeklyTrigger,
                 HBXSchedulerMonthlyTrigger, HBXSchedulerMonthlyDayOfWeekTrigger>();
 }
@@ -103,11 +103,12 @@ TEST(Catalogue, RandomValuesTravelEveryWayAndCompareEqual) {
     }
 }
 
-TEST(Catalogue, DefaultValuesTravelButTheEmptyDate) {
+TEST(Catalogue, DefaultValuesTravelButThoseThatRefuseToBeEmpty) {
     for (const auto& record : allRecords()) {
         SCOPED_TRACE(record->table().name);
         std::string bytes;
-        const bool refused = record->table().name == "HBXDate";
+        const std::string_view name = record->table().name;
+        const bool refused = name == "HBXDate" || name == "HBXConfiguration";
         EXPECT_EQ(record->encode(bytes), refused ? -1 : 0);
         if (!refused) {
             const auto back = record->blank();

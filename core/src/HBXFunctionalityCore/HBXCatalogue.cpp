@@ -7,6 +7,9 @@ namespace HBX {
 
 // --- families: one registry each, instantiated here and nowhere else ---
 
+template class HBXDerivedParserFactory<HBXConfiguration>;
+constinit const HBXPointerType HBXConfiguration::family = familyType<HBXConfiguration>();
+
 template class HBXDerivedParserFactory<HBXRealm>;
 constinit const HBXPointerType HBXRealm::family = familyType<HBXRealm>();
 
@@ -21,6 +24,7 @@ constexpr bool kIsNotDefault = false;
 template <class Derived, class Base>
 using Entry = HBXDerivedParserFactoryT<Derived, Base>;
 
+Entry<HBXConfiguration, HBXConfiguration> configuration(kIsDefault);
 Entry<HBXRealm, HBXRealm> realm(kIsDefault);
 
 // No default: an element whose type names no trigger never reads as one.
@@ -37,6 +41,7 @@ constexpr const HBXRecordTable* kRecords[] = {
     &HBXTimeInterval::table,
     &HBXTimeZone::table,
     &HBXDate::table,
+    &HBXConfiguration::table,
     &HBXAuthName::table,
     &HBXConnectionInfo::table,
     &HBXRealm::table,

@@ -3,6 +3,10 @@
 /// Everything that the library offers.
 
 #include <HBXFunctionalityCore/HBXCatalogue.h>
+#include <HBXFunctionalityCore/configuration/DebugConfiguration.h>
+#include <HBXFunctionalityCore/configuration/HBXConfiguration.h>
+#include <HBXFunctionalityCore/configuration/HBXConfigurationIterator.h>
+#include <HBXFunctionalityCore/configuration/HBXOptionsFileSerializer.h>
 #include <HBXFunctionalityCore/directory/HBXRealm.h>
 #include <HBXFunctionalityCore/identity/HBXEID.h>
 #include <HBXFunctionalityCore/identity/HBXEIDList.h>

@@ -446,6 +446,12 @@ inline constexpr IdName kElementNames[] = {
     {3410, "explain"},
     {3411, "note"},
     {3412, "ending"},
+    {3440, "config"},
+    {3441, "get"},
+    {3442, "set"},
+    {3443, "list"},
+    {3444, "settings"},
+    {3445, "setting"},
 };
 
 /// Namespaces: the shared ones, then one per agent module from 401.
