@@ -193,7 +193,7 @@ int runCall(std::vector<std::string> words) {
 
 } // namespace
 
-std::vector<po::option> optionsOfCall(std::vector<std::string> words) {
+std::vector<po::option> optionsOfCall(std::vector<std::string> words) try {
     const auto found = findCommand(words);
     if (!found) {
         throw Failure(ExitCode::Usage, "these words name no area and verb");
@@ -208,11 +208,15 @@ std::vector<po::option> optionsOfCall(std::vector<std::string> words) {
     std::transform(words.begin(), words.end(), std::back_inserter(options), operandOption);
     for (po::option option : call.options) {
         if (option.string_key != kOperand) {
-            option.value = option.value.empty() ? std::vector<std::string>{"true"} : option.value;
+            if (option.value.empty()) {
+                option.value = {"true"};
+            }
             options.push_back(std::move(option));
         }
     }
     return options;
+} catch (const po::error& error) {
+    throw Failure(ExitCode::Usage, error.what());
 }
 
 std::vector<std::string> wordsOfCall(const std::vector<po::option>& options) {
@@ -226,13 +230,16 @@ std::vector<std::string> wordsOfCall(const std::vector<po::option>& options) {
     const po::options_description description =
         command ? optionsOf(command->first) : po::options_description();
     for (const po::option& option : options) {
+        if (option.string_key.empty()) {
+            continue;
+        }
         const std::string word = "--" + option.string_key;
         if (isSwitch(description, option.string_key)) {
             words.push_back(word);
-        } else if (!option.string_key.empty()) {
-            for (const std::string& value : option.value) {
-                words.push_back(word + '=' + value);
-            }
+            continue;
+        }
+        for (const std::string& value : option.value) {
+            words.push_back(word + '=' + value);
         }
     }
     return words;
