@@ -78,7 +78,7 @@ TEST_F(ConfigurationFile, BadFilesAreToldWithTheirPlaceAndLeaveWhatWasLoaded) {
         {write("empty", ""), ": line 1, column 1"},
         {write("text", "log_level=4\n"), ": line 1, column 1"},
         {write("cut", good.substr(0, good.find("<log_rotate_size>") + 20)),
-         ": line 57, column 29, /data/system/configuration/log_rotate_size: "},
+         ": line 58, column 29, /data/system/configuration/log_rotate_size: "},
         {write("crossed", messageText("<data><system>\n<configuration></system>")),
          ": line 2, column 18, /data/system/configuration: "},
         {write("deep", messageText(deep + closing)), "more than 256 levels of elements"},
