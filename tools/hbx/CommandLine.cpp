@@ -239,7 +239,7 @@ std::vector<std::string> wordsOfCall(const std::vector<po::option>& options) {
             continue;
         }
         for (const std::string& value : option.value) {
-            words.push_back(word + '=' + value);
+            words.emplace_back(word).append("=").append(value);
         }
     }
     return words;

@@ -17,7 +17,7 @@ std::string variable(const char* name) {
 } // namespace
 
 std::string homeFolder() {
-    if (const std::string home = variable("HBX_HOME"); !home.empty()) {
+    if (std::string home = variable("HBX_HOME"); !home.empty()) {
         return home;
     }
     const std::string data = variable("XDG_DATA_HOME");

@@ -26,7 +26,7 @@ public:
         if (level != kSectionLevel || hasWrapper) {
             for (bool more = !isLeaf; more; more = it.nextSibling() == 0) {
                 if (const std::string name = it.curName(); !name.empty()) {
-                    visit(it, path + '/' + name, level + 1);
+                    visit(it, std::string(path).append("/").append(name), level + 1);
                 }
             }
         }
