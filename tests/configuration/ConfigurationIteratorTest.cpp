@@ -181,22 +181,18 @@ TEST(ConfigurationIterator, WritesCreateTheWayAndReplaceWhatIsThere) {
     }
 }
 
-TEST(ConfigurationIterator, EveryKindOfValueReadsBack) {
+TEST(ConfigurationIterator, TextsAndBytesReadBackAsTheyWere) {
     const HBXConfiguration configuration = configured("<data/>");
+    const std::string bytes("\0\xFF<&\n ", 6);
+    std::string text, decoded;
     OpenIterator it(configuration);
-    const std::string bytes("\0\xFF<&\n", 5);
-    EXPECT_EQ(it.putValue(" text ", "/s/text"), 0);
-    EXPECT_EQ(it.putValue(-2147483647 - 1, "/s/number"), 0);
-    EXPECT_EQ(it.putValueBase64(bytes, "/s/bytes"), 0);
+    ASSERT_EQ(it.putValue(bytes, "/s/text"), 0);
+    ASSERT_EQ(it.putValueBase64(bytes, "/s/bytes"), 0);
     const HBXConfiguration back = configured(treeOf(configuration));
     OpenIterator reader(back);
-    std::string text, decoded;
-    int number = 0;
     EXPECT_EQ(reader.getValue(text, "/s/text"), 0);
-    EXPECT_EQ(reader.getValue(number, "/s/number"), 0);
     EXPECT_EQ(reader.getValueBase64(decoded, "/s/bytes"), 0);
-    EXPECT_EQ(text, " text ");
-    EXPECT_EQ(number, -2147483647 - 1);
+    EXPECT_EQ(text, bytes);
     EXPECT_EQ(decoded, bytes);
 }
 
@@ -220,7 +216,8 @@ TEST(ConfigurationIterator, CopiesShareTheCursorUntilOneGetsItsOwn) {
     EXPECT_EQ(d.curName(), "log_level") << "d has kept the cursor that was moved";
     EXPECT_EQ(d.getValue(value, "/system/group/inner"), 0);
     EXPECT_EQ(value, 7);
-    c = c;
+    const OpenIterator& same = c;
+    c = same;
     EXPECT_EQ(c.where(), "data/bare");
 }
 

@@ -20,6 +20,10 @@ using ConfigurationFile = FolderTest;
 TEST_F(ConfigurationFile, SavesWhatItReads) {
     HBXConfiguration configuration;
     ASSERT_EQ(configuration.readFromFile(agentFile()), 0) << getErrorMessage();
+    EXPECT_EQ(configuration.getBuiltinRealm()->name, "System");
+    std::map<HBXEID, HBXConnectionInfo> table;
+    EXPECT_EQ(configuration.getMappingTable(table), 0);
+    EXPECT_EQ(table.size(), 2U);
     ASSERT_EQ(configuration.saveToFile(path("copy.xml")), 0) << getErrorMessage();
     EXPECT_EQ(contentOf(path("copy.xml")), contentOf(agentFile()));
 }
@@ -223,20 +227,6 @@ TEST(ServerGroup, ClientsKeepMasterness) {
     EXPECT_EQ(configuration.delClientEnv(eid(2)), 0);
     EXPECT_EQ(configuration.unsetMasterness(), 0);
     EXPECT_EQ(treeOf(configuration), "<data><server_group><configuration/></server_group></data>");
-}
-
-TEST(MappingTable, ReadsTheSample) {
-    HBXConfiguration configuration;
-    ASSERT_EQ(configuration.readFromFile(agentFile()), 0);
-    std::map<HBXEID, HBXConnectionInfo> table;
-    ASSERT_EQ(configuration.getMappingTable(table), 0);
-    ASSERT_EQ(table.size(), 2U);
-    EXPECT_EQ(table.begin()->second.address, "node-02.example");
-    HBXConnectionInfo info;
-    EXPECT_EQ(configuration.findMapping(table.rbegin()->first, info), 0);
-    EXPECT_EQ(info.address, "10.20.0.3");
-    EXPECT_EQ(configuration.findMapping(eid(1), info), -1);
-    EXPECT_EQ(info.address, "10.20.0.3");
 }
 
 std::string mapping(int number, const std::string& content) {

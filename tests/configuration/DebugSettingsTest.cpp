@@ -198,7 +198,8 @@ TEST_F(DebugSettings, EachCallReadsAfreshAndCopiesTakeTheSection) {
     EXPECT_EQ(second.level(), 5);
     EXPECT_EQ(first.level(), -1);
     first = second;
-    first = first;
+    Debug::Configuration& same = first;
+    first = same;
     EXPECT_EQ(first.level(), 5);
     EXPECT_EQ(second.level(), -1);
 }

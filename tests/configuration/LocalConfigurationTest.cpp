@@ -89,27 +89,5 @@ TEST_F(LocalConfiguration, ThreadsReadWhileOthersInstall) {
     EXPECT_EQ(wrong, 0);
 }
 
-TEST_F(LocalConfiguration, ThreadsShareOneMessageForReading) {
-    HBXConfiguration::setLocalConfig(messageOf(5).get());
-    std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    for (int reader = 0; reader < 4; ++reader) {
-        threads.emplace_back([&wrong] {
-            const HBXConfiguration configuration = HBXConfiguration::getLocalConfig();
-            const std::unique_ptr<HBXConfigurationIterator> it(configuration.getIterator());
-            for (int round = 0; round < 1000; ++round) {
-                int number = 0;
-                wrong += it->getValue(number, "/agent/number") == 0 && number == 5 && configuration.isMaster()
-                             ? 0
-                             : 1;
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(wrong, 0);
-}
-
 } // namespace
 } // namespace HBX::test

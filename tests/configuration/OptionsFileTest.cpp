@@ -42,20 +42,6 @@ TEST_F(OptionsFile, ReadsBackWhatWasWritten) {
     }
 }
 
-TEST_F(OptionsFile, OnlyKeyAndValuesAreKept) {
-    Option rich = option("x", {"1"});
-    rich.position_key = 3;
-    rich.original_tokens = {"--x", "1"};
-    rich.unregistered = true;
-    Options options = {rich};
-    HBXOptionsFileSerializer file(path("options.xml"));
-    ASSERT_EQ(file.write(options), 0);
-    ASSERT_EQ(file.read(options), 0);
-    EXPECT_EQ(options.at(0).position_key, -1);
-    EXPECT_TRUE(options[0].original_tokens.empty());
-    EXPECT_FALSE(options[0].unregistered);
-}
-
 TEST_F(OptionsFile, BareSwitchIsRefusedAndTheOldFileStays) {
     HBXOptionsFileSerializer file(write("options.xml", "old"));
     for (const Options& list : {Options{option("a", {"1"}), option("json", {})}, Options{option("", {})}}) {
@@ -95,22 +81,6 @@ TEST_F(OptionsFile, EqualKeysBecomeOneAndBadOnesSpoilAll) {
         EXPECT_EQ(HBXOptionsFileSerializer(file).read(options), row.options != nullptr ? 0 : -1)
             << row.content;
         EXPECT_EQ(textOf(options), row.options != nullptr ? row.options : "old=1") << row.content;
-    }
-}
-
-TEST_F(OptionsFile, FilesThatAreNoneAreToldWithTheirPlace) {
-    const struct {
-        std::string file;
-        const char* reason;
-    } rows[] = {{path("missing"), "No such file or directory"},
-                {write("cut", messageText("<option>\n<name>x</nam")), "line 2, column "},
-                {write("empty", ""), "line 1, column 1"}};
-    for (const auto& row : rows) {
-        Options options = {option("old", {"1"})};
-        EXPECT_EQ(HBXOptionsFileSerializer(row.file).read(options), -1);
-        EXPECT_EQ(textOf(options), "old=1");
-        EXPECT_NE(getErrorMessage().find(row.file), std::string::npos) << getErrorMessage();
-        EXPECT_NE(getErrorMessage().find(row.reason), std::string::npos) << getErrorMessage();
     }
 }
 

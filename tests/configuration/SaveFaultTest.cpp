@@ -147,15 +147,6 @@ TEST_F(SaveFault, FolderThatMayNotBeWrittenLeavesTheOldFile) {
     expectOldAndNothingElse();
 }
 
-TEST_F(SaveFault, WhatIsInMemoryStaysAsItWas) {
-    const std::string tree = treeOf(changed_);
-    faultError = ENOSPC;
-    callsUntilFault = 2;
-    EXPECT_EQ(save(), -1);
-    EXPECT_EQ(treeOf(changed_), tree);
-    EXPECT_EQ(save(), 0) << "and can be saved later";
-}
-
 TEST_F(SaveFault, OptionsKeepTheirOldFileToo) {
     HBXOptionsFileSerializer file(path("agent.xml"));
     HBXProgramOptions::serializer::Options options(1);

@@ -2,6 +2,7 @@
 
 /// Everything that the library offers.
 
+#include <HBXCommon/OptionManager.h>
 #include <HBXFunctionalityCore/HBXCatalogue.h>
 #include <HBXFunctionalityCore/configuration/DebugConfiguration.h>
 #include <HBXFunctionalityCore/configuration/HBXConfiguration.h>
