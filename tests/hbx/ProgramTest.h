@@ -59,12 +59,14 @@ inline std::string messageText(const std::string& content) {
     return R"(<message xmlns:hbx="urn:hbx:message" hbx:v="1">)" + content + "</message>";
 }
 
-/// Runs the real program in a folder of its own.
+/// Runs the real program in a folder of its own, with the sample configuration as the agent's.
 class ProgramTest : public testing::Test {
 protected:
     ProgramTest() {
         std::string pattern = testing::TempDir() + "hbx-program-XXXXXX";
         folder_ = mkdtemp(pattern.data());
+        std::filesystem::create_directory(path("home"));
+        std::filesystem::copy_file(sample("agent.xml"), path("home/agent.xml"));
     }
     ~ProgramTest() override { std::filesystem::remove_all(folder_); }
 
@@ -83,6 +85,7 @@ protected:
             redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
             redirect(path("stderr"), O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
             setenv("TZ", streams.zone.c_str(), 1);
+            setenv("HBX_HOME", path("home").c_str(), 1);
             words.insert(words.begin(), "hbx");
             std::vector<char*> arguments;
             for (std::string& word : words) {

@@ -71,7 +71,8 @@ std::vector<std::unique_ptr<AnyRecord>> allRecords() {
                 HBXSchedulerWeeklyTrigger, HBXSchedulerMonthlyTrigger, HBXSchedulerMonthlyDayOfWeekTrigger,
                 HBXEnv, HBXEnvConfig, HBXVEnvConfig, HBXEnvStatus, HBXQoS, HBXOS, HBXVtSettings, HBXVtVersion,
                 HBXIPAddress, HBXVocID, HBXVocPrototype, HBXAuthName, HBXConnectionInfo, HBXDirControl,
-                HBXDirSortControl, HBXDirVlvControl, HBXDirEntry, HBXRealm, HBXDirRealm, HBXSID, HBXToken>();
+                HBXDirSortControl, HBXDirVlvControl, HBXDirEntry, HBXRealm, HBXDirRealm, HBXSID, HBXToken,
+                HBXConfiguration>();
 }
 
 TEST(Catalogue, ListsEveryRecordOnceWithWhatMarksIt) {
@@ -116,7 +117,8 @@ TEST(Catalogue, RandomValuesTravelEveryWayAndCompareEqual) {
 }
 
 TEST(Catalogue, DefaultValuesTravelUnlessTheRecordRefusesItsOwn) {
-    const std::set<std::string_view> refused = {"HBXDate", "HBXVocPrototype", "HBXDirRealm", "HBXSID"};
+    const std::set<std::string_view> refused = {"HBXDate", "HBXConfiguration", "HBXVocPrototype",
+                                                "HBXDirRealm", "HBXSID"};
     for (const auto& record : allRecords()) {
         SCOPED_TRACE(record->table().name);
         std::string bytes;

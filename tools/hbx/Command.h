@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include <boost/program_options/option.hpp>
 #include <boost/program_options/options_description.hpp>
 #include <boost/program_options/variables_map.hpp>
 
@@ -39,10 +40,20 @@ struct Command {
 inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 std::span<const Command> callCommands();
+std::span<const Command> configCommands();
 std::span<const Command> messageCommands();
+std::span<const Command> optionsCommands();
 std::span<const Command> scheduleCommands();
 std::span<const Command> vocCommands();
 std::span<const Command> sidCommands();
+
+/// A call of the program as options: area, verb and operands without a key and one value each, in order, then
+/// the options proper; a switch has the value "true".
+/// @throws Failure  the words are no call, apart from the number of operands.
+std::vector<boost::program_options::option> optionsOfCall(std::vector<std::string> words);
+
+/// The words that give these options again.
+std::vector<std::string> wordsOfCall(const std::vector<boost::program_options::option>& options);
 
 /// Finds the verb that the command line names and runs it. @return the exit code, as a number.
 int runCommandLine(std::vector<std::string> words);

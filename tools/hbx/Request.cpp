@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "operators/ConfigurationOperator.h"
 #include "operators/SchedulerOperator.h"
 #include "operators/SecurityOperator.h"
 #include "operators/TimeOperator.h"
@@ -18,6 +19,7 @@ constexpr int kError = 3404;
 
 /// Every operator module; a new one is one more line.
 constexpr const Operator* kOperators[] = {
+    &kConfigurationOperator,
     &kSchedulerOperator,
     &kSecurityOperator,
     &kTimeOperator,

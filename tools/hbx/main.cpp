@@ -7,6 +7,7 @@
 
 #include "Command.h"
 #include "Console.h"
+#include "Home.h"
 
 namespace {
 
@@ -24,6 +25,7 @@ void quietLog() {
 int main(int argc, char** argv) {
     try {
         quietLog();
+        HBX::tool::useHome();
         return HBX::tool::runCommandLine(std::vector<std::string>(argv + 1, argv + argc));
     } catch (const HBX::tool::Failure& failure) {
         HBX::tool::complain(failure.what());

@@ -9,6 +9,8 @@ namespace HBX {
 
 template class HBXDerivedParserFactory<HBXDirControl>;
 constinit const HBXPointerType HBXDirControl::family = familyType<HBXDirControl>();
+template class HBXDerivedParserFactory<HBXConfiguration>;
+constinit const HBXPointerType HBXConfiguration::family = familyType<HBXConfiguration>();
 
 template class HBXDerivedParserFactory<HBXRealm>;
 constinit const HBXPointerType HBXRealm::family = familyType<HBXRealm>();
@@ -37,6 +39,7 @@ Entry<HBXDirControl, HBXDirControl> control(kIsDefault);
 Entry<HBXDirSortControl, HBXDirControl> sortControl(kIsNotDefault);
 Entry<HBXDirVlvControl, HBXDirControl> vlvControl(kIsNotDefault);
 
+Entry<HBXConfiguration, HBXConfiguration> configuration(kIsDefault);
 Entry<HBXRealm, HBXRealm> realm(kIsDefault);
 Entry<HBXDirRealm, HBXRealm> dirRealm(kIsNotDefault);
 
@@ -59,6 +62,7 @@ constexpr const HBXRecordTable* kRecords[] = {
     &HBXTimeInterval::table,
     &HBXTimeZone::table,
     &HBXDate::table,
+    &HBXConfiguration::table,
     &HBXAuthName::table,
     &HBXConnectionInfo::table,
     &HBXDirControl::table,

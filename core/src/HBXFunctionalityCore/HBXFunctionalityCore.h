@@ -2,8 +2,13 @@
 
 /// Everything that the library offers.
 
+#include <HBXCommon/OptionManager.h>
 #include <HBXFunctionalityCore/HBXCatalogue.h>
 #include <HBXFunctionalityCore/alert/HBXAlertData.h>
+#include <HBXFunctionalityCore/configuration/DebugConfiguration.h>
+#include <HBXFunctionalityCore/configuration/HBXConfiguration.h>
+#include <HBXFunctionalityCore/configuration/HBXConfigurationIterator.h>
+#include <HBXFunctionalityCore/configuration/HBXOptionsFileSerializer.h>
 #include <HBXFunctionalityCore/directory/HBXDirControl.h>
 #include <HBXFunctionalityCore/directory/HBXDirEntry.h>
 #include <HBXFunctionalityCore/directory/HBXDirMod.h>

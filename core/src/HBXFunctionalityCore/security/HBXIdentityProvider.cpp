@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <HBXCommon/HBXLock.h>
+#include <HBXFunctionalityCore/configuration/HBXConfiguration.h>
 
 namespace HBX {
 
@@ -20,13 +21,9 @@ Current& current() {
 }
 
 /// The provider's function is copied, so that no lock is held while it runs.
-HBXEID ask(std::function<HBXEID()> HBXIdentityProvider::*question) {
-    std::function<HBXEID()> answer;
-    {
-        const HBXLockGuard guard(current().lock);
-        answer = current().provider.*question;
-    }
-    return answer ? answer() : HBXEID();
+std::function<HBXEID()> functionOf(std::function<HBXEID()> HBXIdentityProvider::*question) {
+    const HBXLockGuard guard(current().lock);
+    return current().provider.*question;
 }
 
 } // namespace
@@ -36,8 +33,17 @@ HBXIdentityProvider setIdentityProvider(HBXIdentityProvider provider) {
     return std::exchange(current().provider, std::move(provider));
 }
 
-HBXEID localEnvironment() { return ask(&HBXIdentityProvider::local); }
+HBXEID localEnvironment() {
+    const auto answer = functionOf(&HBXIdentityProvider::local);
+    return answer ? answer() : HBXConfiguration::getLocalEID();
+}
 
-HBXEID masterEnvironment() { return ask(&HBXIdentityProvider::master); }
+HBXEID masterEnvironment() {
+    if (const auto answer = functionOf(&HBXIdentityProvider::master)) {
+        return answer();
+    }
+    HBXEID master;
+    return HBXConfiguration::getLocalConfig().getMaster(master) == 0 ? master : HBXEID();
+}
 
 } // namespace HBX

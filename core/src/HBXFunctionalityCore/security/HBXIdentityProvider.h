@@ -6,8 +6,9 @@
 
 namespace HBX {
 
-/// Answers which environments stand for this agent and for the master of its server group; the null
-/// identifier where there is none, and where a function is left empty. Called from any thread.
+/// Answers, in place of the local configuration, which environments stand for this agent and for the master
+/// of its server group; the null identifier where there is none. An empty function leaves the answer to the
+/// configuration. Called from any thread.
 struct HBXIdentityProvider {
     std::function<HBXEID()> local;
     std::function<HBXEID()> master;

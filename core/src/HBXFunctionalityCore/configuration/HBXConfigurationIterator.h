@@ -1,0 +1,103 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <HBXCommon/HBXExport.h>
+#include <HBXMessage/HBXMessage.h>
+
+namespace HBX {
+
+class HBXConfiguration;
+
+/// Walks a configuration by paths and reads and writes single values.
+///
+/// A path is element names separated by "/", taken exactly as written. One that begins with "/" starts at the
+/// top element ("/" alone is that element), any other at the current position. The level counts the steps
+/// from the top element. Between level 1 (a section) and level 2 (its settings) lies the wrapper
+/// "configuration", which paths do not name: "/system/log_level" is data/system/configuration/log_level in
+/// the message.
+///
+/// Results: 0 done, -1 failed. Copies share the cursor on the message, not the level, until one of them reads
+/// or writes a value or fails, which gives it a cursor of its own. One thread at a time uses a configuration
+/// with all its iterators.
+class HBX_EXPORT HBXConfigurationIterator {
+public:
+    HBXConfigurationIterator(const HBXConfigurationIterator&) = default;
+    HBXConfigurationIterator& operator=(const HBXConfigurationIterator&) = default;
+    virtual ~HBXConfigurationIterator() = default;
+
+    /// Goes along the path; does not move on failure.
+    int seek(const std::string& path);
+    /// Whether the path exists; never moves.
+    int seekPresence(const std::string& path);
+    /// One level up, from level 2 over the wrapper; -1 at level 0.
+    int seekUp();
+    /// Creates a child and goes onto it. At level 1 the wrapper must be there: -1 and unmoved without it.
+    /// When the wrapper is there but the child fails, the iterator is left inside the wrapper, at level 1; so
+    /// it is for `firstChild`.
+    int newChild(const std::string& name);
+    int firstChild();
+    int firstChild(const std::string& name);
+
+    // These go to the message's cursor as they are; the level does not follow.
+    int nextSibling();
+    int nextSibling(const std::string& name);
+    /// Removes the current element; the cursor goes to its parent in the message, which may be the wrapper.
+    int deleteFromChild();
+    [[nodiscard]] std::string curName() const;
+
+    // A value at the end of a path; the iterator does not move. Reads leave `value` untouched on failure.
+    // Writes replace, and create every element that is missing on the way, the wrapper too; what a failed one
+    // has created stays.
+    int getValue(std::string& value, const std::string& path);
+    int getValue(int& value, const std::string& path);
+    int getValueBase64(std::string& value, const std::string& path);
+    int putValue(const std::string& value, const std::string& path);
+    int putValue(int value, const std::string& path);
+    int putValueBase64(const std::string& value, const std::string& path);
+
+    /// A new configuration over the same message, owned by the caller.
+    [[nodiscard]] HBXConfiguration* getConfig() const;
+    [[nodiscard]] HBXMessage* getMessage() const { return message_.get(); }
+    /// A new iterator on the top element of the same message, owned by the caller.
+    [[nodiscard]] HBXConfigurationIterator* getIterator() const;
+
+protected:
+    friend class HBXConfiguration;
+
+    /// On the top element (on the message's root when there is none), with a handle of its own of the
+    /// message, which is not null.
+    explicit HBXConfigurationIterator(HBXMessage* message);
+
+    int seekRoot();
+    int seekSubPath(const std::string& name);
+    int createSubPath(const std::string& name);
+    /// Remembers the position, then goes along the path. On failure the iterator stays where it got to:
+    /// `restorePath` takes it back.
+    int followPath(std::string_view path, bool create);
+    /// Gets ready to go onto a child: at level 1 into the wrapper, then remembers the position there.
+    int adjustLevel();
+    /// Remembers the position, in place of an earlier one.
+    void savePath();
+    /// Goes back to the remembered position, which is then forgotten. Ends the program when there is none.
+    void restorePath();
+
+private:
+    template <class Step>
+    int stepToChild(const Step& step);
+    template <class Access>
+    int access(std::string_view path, bool create, const Access& access);
+
+    int level_ = 0;
+    // Shared, so that copies may hold one cursor and the last of them frees it.
+    boost::shared_ptr<HBXMessageIterator> iterator_;
+    int savedLevel_ = 0;
+    boost::shared_ptr<HBXMessageIterator> savedIterator_;
+    boost::intrusive_ptr<HBXMessage> message_;
+};
+
+} // namespace HBX
