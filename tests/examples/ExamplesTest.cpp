@@ -40,11 +40,12 @@ std::map<std::size_t, std::string> dumpIn(const std::string& text) {
 
 class ExamplesTest : public testing::Test {
 protected:
-    ExamplesTest() {
+    void SetUp() override {
         std::string pattern = testing::TempDir() + "hbx-examples-XXXXXX";
-        folder_ = mkdtemp(pattern.data());
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder_ = pattern;
     }
-    ~ExamplesTest() override { std::filesystem::remove_all(folder_); }
+    void TearDown() override { std::filesystem::remove_all(folder_); }
 
     std::string path(const std::string& name) const { return folder_ / name; }
 
