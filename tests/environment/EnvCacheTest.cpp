@@ -180,6 +180,10 @@ TEST_F(EnvCacheTest, ListsViewsThatStayGood) {
         --last;
         EXPECT_EQ(last->getEID(), eidOf(3));
         EXPECT_EQ(list->getEnv(eidOf(2))->getTitle(), "env2");
+        HBXEnv mine(*list->getEnv(eidOf(1)));
+        mine.setStatus({6, 0});
+        EXPECT_TRUE(mine.getStatus().isRunning());
+        EXPECT_FALSE(list->getEnv(eidOf(1))->getStatus().isRunning()) << "wrote into the file";
         EXPECT_EQ(list->getEnv(eidOf(4)), nullptr);
         EXPECT_TRUE(takeLog().find("snapshot") == std::string::npos);
     }

@@ -10,8 +10,8 @@ struct HBXCachedItem {
     /// In the file: how many snapshots hold the value, changed only under the file lock. In a private copy:
     /// 0.
     std::int32_t references = 0;
-    /// Always 0.
-    std::uint32_t spare = 0;
+    /// 0 in the file, where everybody reads the record; 1 in a private copy, which its owner may write to.
+    std::uint32_t isPrivate = 1;
 
     /// Frees what was copied out of a cache, which is memory from calloc.
     struct deleter_free {

@@ -112,13 +112,22 @@ const boost::shared_ptr<HBXEnvCoreBasic>& HBXEnv::getCoreBasic() const {
     return core_;
 }
 
+/// What lies in a shared file is not written to: the environment gets a record of its own, which its copies
+/// do not share.
+HBXEnvCoreBasic& HBXEnv::writableCore() {
+    if (getCoreBasic()->item.isPrivate == 0) {
+        core_ = HBXEnvCoreBasic::createInstance(*core_);
+    }
+    return *core_;
+}
+
 int HBXEnv::setParentEID(const HBXEID& eid) {
-    getCoreBasic()->parentEid = eid;
+    writableCore().parentEid = eid;
     return 0;
 }
 
 int HBXEnv::setStatus(const HBXEnvStatus& status) {
-    getCoreBasic()->status = status;
+    writableCore().status = status;
     return 0;
 }
 
@@ -128,7 +137,7 @@ HBXAlertData::AlertType HBXEnv::getAlertType(HBXAlertData::AlertReason reason) c
 }
 
 int HBXEnv::setAlertType(HBXAlertData::AlertReason reason, HBXAlertData::AlertType alertType) {
-    HBXEnvCoreBasic& core = *getCoreBasic();
+    HBXEnvCoreBasic& core = writableCore();
     if (reason < 0 || reason >= HBXAlertData::kReasons) {
         return -1;
     }

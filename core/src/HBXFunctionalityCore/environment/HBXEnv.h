@@ -10,7 +10,8 @@ namespace HBX {
 /// configurations. Copies share all three.
 ///
 /// A const environment may be a view over a record in a read-only mapped file, and several threads may use
-/// one. What is written goes into the core record at once; changes of the configurations go into it by
+/// one. What is written goes into the core record at once, unless that lies in the file: then into a private
+/// copy; changes of the configurations go into it by
 /// `syncBuffer`.
 class HBX_EXPORT HBXEnv {
 public:
@@ -91,6 +92,7 @@ private:
     friend struct HBXEnvMembers;
 
     [[nodiscard]] const boost::shared_ptr<HBXEnvCoreBasic>& getCoreBasic() const;
+    HBXEnvCoreBasic& writableCore();
 
     boost::shared_ptr<HBXEnvCoreBasic> core_;
     boost::shared_ptr<HBXEnvConfig> config_;
