@@ -98,6 +98,7 @@ TEST(LimitedLengthString, CutsAndPads) {
 TEST(CoreRecord, NewOnesAreEmpty) {
     const Core record = HBXEnvCoreBasic::createInstance(nullptr, ENV_CONFIG);
     std::string expected(112, '\0');
+    expected[4] = 1;  // private
     expected[40] = 1; // the state
     EXPECT_EQ(contentOf(*record), expected);
     EXPECT_EQ(record->getConfig(), nullptr);
