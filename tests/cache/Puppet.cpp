@@ -94,18 +94,16 @@ bool Puppet::resume(bool oneInstruction) const {
     return ptrace(oneInstruction ? PTRACE_SINGLESTEP : PTRACE_CONT, pid_, nullptr, nullptr) == 0;
 }
 
+/// A breakpoint stands in the way, and is lifted for one instruction whenever the process comes to it.
 bool Puppet::runTo(const Place& place) {
     constexpr long kBreakpoint = 0xCC;
     const long code = ptrace(PTRACE_PEEKTEXT, pid_, place.address, nullptr);
     for (unsigned arrivals = 0;;) {
         ptrace(PTRACE_POKETEXT, pid_, place.address, (code & ~0xFFL) | kBreakpoint);
-        if (!run() && signal_ != SIGTRAP) {
+        if (!resume(false) || !waitForStop() || signal_ != SIGTRAP) {
             return false;
         }
         ptrace(PTRACE_POKETEXT, pid_, place.address, code);
-        if (signal_ == SIGSTOP) {
-            return false;
-        }
         user_regs_struct registers{};
         ptrace(PTRACE_GETREGS, pid_, nullptr, &registers);
         registers.rip = place.address;
