@@ -69,6 +69,9 @@ struct Registry {
         static auto* registry = new Registry;
         return *registry;
     }
+
+private:
+    Registry() { keepOutOfForks(lock); }
 };
 
 } // namespace
@@ -87,7 +90,7 @@ boost::shared_ptr<CacheAttachment> CacheAttachment::attach(const std::string& ca
     auto& known = registry.attachments[{status.st_dev, status.st_ino}];
     if (boost::shared_ptr<CacheAttachment> existing = known.lock()) {
         ::close(descriptor);
-        return existing->isOurs() || existing->reattach(patience) == 0 ? existing : nullptr;
+        return existing->isOurs() || existing->reattachRegistered(patience) == 0 ? existing : nullptr;
     }
     boost::shared_ptr<CacheAttachment> made(new CacheAttachment(path, descriptor));
     if (made->open(patience) != 0) {
@@ -197,10 +200,15 @@ int CacheAttachment::claimSlot() {
 }
 
 int CacheAttachment::reattach(Patience patience) {
-    const std::lock_guard<HBXLock> once(Registry::instance().lock);
-    if (isOurs()) {
-        return 0;
-    }
+    const HBXLockGuard guard(Registry::instance().lock);
+    return isOurs() ? 0 : reattachRegistered(patience);
+}
+
+/// Under the lock of the registry.
+int CacheAttachment::reattachRegistered(Patience patience) {
+    // A thread that exists only in the parent may have the inherited one: it is left as it is.
+    static_cast<void>(opening_.release());
+    opening_ = std::make_unique<std::timed_mutex>();
     struct stat status {};
     const int descriptor = openPlainFile(path_, false, status);
     if (descriptor < 0) {
@@ -225,7 +233,7 @@ CacheAttachment::~CacheAttachment() {
 }
 
 CacheAttachment::Opening::Opening(CacheAttachment& attachment, Patience patience)
-    : attachment_(attachment), threads_(attachment.opening_, patience) {
+    : attachment_(attachment), threads_(*attachment.opening_, patience) {
     errno = ETIMEDOUT;
     held_ = threads_.owns_lock() && waitForByte(attachment.descriptor_.get(), kOpeningByte, patience) == 0;
 }

@@ -105,6 +105,7 @@ private:
     void initialise();
     int checkShared() const;
     int claimSlot();
+    int reattachRegistered(Patience patience);
     std::uint64_t usedRows() const;
     static bool isInUse(const SidecarPin& pin) {
         return pin.attachment != 0 && pin.attachment <= Sidecar::kAttachments;
@@ -122,7 +123,8 @@ private:
     std::uint32_t slot_ = 0;
     std::atomic<std::uint64_t> fork_;
     std::uint64_t lastRow_ = 0; ///< Where the last pin was found; under the lock.
-    std::timed_mutex opening_;  ///< Among the threads of this process, which share the descriptor's locks.
+    /// Among the threads of this process, which share the descriptor's locks.
+    std::unique_ptr<std::timed_mutex> opening_ = std::make_unique<std::timed_mutex>();
 };
 
 } // namespace HBX::internal

@@ -1,8 +1,7 @@
 #include <HBXCore/internal/ForkGuard.h>
 
 #include <set>
-
-#include <HBXCommon/HBXLock.h>
+#include <vector>
 
 #include <pthread.h>
 #include <unistd.h>
@@ -15,6 +14,7 @@ constinit std::atomic<std::uint64_t> forkCount{0};
 struct ForkRegistry {
     HBXLock lock;
     std::set<ForkGuardedDescriptor*> guarded;
+    std::vector<HBXLock*> outerLocks; ///< Taken before ours.
 
     static ForkRegistry& instance() {
         static auto* registry = new ForkRegistry;
@@ -23,8 +23,20 @@ struct ForkRegistry {
 
 private:
     ForkRegistry() {
-        pthread_atfork([] { instance().lock.lock(); }, [] { instance().lock.unlock(); },
+        pthread_atfork([] { instance().lockAll(); }, [] { instance().unlockAll(); },
                        [] { instance().inChild(); });
+    }
+    void lockAll() {
+        for (HBXLock* outer : outerLocks) {
+            outer->lock();
+        }
+        lock.lock();
+    }
+    void unlockAll() {
+        lock.unlock();
+        for (HBXLock* outer : outerLocks) {
+            outer->unlock();
+        }
     }
     void inChild() {
         forkCount.fetch_add(1, std::memory_order_relaxed);
@@ -34,9 +46,15 @@ private:
                 descriptor->descriptor_ = -1;
             }
         }
-        lock.unlock();
+        unlockAll();
     }
 };
+
+void keepOutOfForks(HBXLock& lock) {
+    ForkRegistry& registry = ForkRegistry::instance();
+    const HBXLockGuard guard(registry.lock);
+    registry.outerLocks.push_back(&lock);
+}
 
 ForkGuardedDescriptor::ForkGuardedDescriptor(int descriptor) : descriptor_(descriptor) {
     ForkRegistry& registry = ForkRegistry::instance();

@@ -3,6 +3,8 @@
 #include <atomic>
 #include <cstdint>
 
+#include <HBXCommon/HBXLock.h>
+
 namespace HBX::internal {
 
 /// How often this process has been forked off since the program started: what was attached under another
@@ -27,5 +29,10 @@ private:
     friend struct ForkRegistry;
     int descriptor_;
 };
+
+/// From now on no fork happens while another thread has the lock, as nobody would ever release it in the
+/// child.
+/// @param lock  lives as long as the program; whoever has it may make and destroy guarded descriptors.
+void keepOutOfForks(HBXLock& lock);
 
 } // namespace HBX::internal
