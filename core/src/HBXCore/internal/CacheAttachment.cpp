@@ -87,9 +87,9 @@ boost::shared_ptr<CacheAttachment> CacheAttachment::attach(const std::string& ca
     auto& known = registry.attachments[{status.st_dev, status.st_ino}];
     if (boost::shared_ptr<CacheAttachment> existing = known.lock()) {
         ::close(descriptor);
-        return existing->isOurs() || existing->reattach(patience) == 0 ? existing : nullptr;
+        return existing->isOurs() || existing->attachAgain(patience) == 0 ? existing : nullptr;
     }
-    boost::shared_ptr<CacheAttachment> made(new CacheAttachment(path, descriptor));
+    boost::shared_ptr<CacheAttachment> made(new CacheAttachment(path, descriptor, status));
     if (made->open(patience) != 0) {
         return nullptr;
     }
@@ -97,8 +97,8 @@ boost::shared_ptr<CacheAttachment> CacheAttachment::attach(const std::string& ca
     return made;
 }
 
-CacheAttachment::CacheAttachment(std::string path, int descriptor)
-    : path_(std::move(path)), descriptor_(descriptor), fork_(forkNumber()) {}
+CacheAttachment::CacheAttachment(std::string path, int descriptor, const struct stat& status)
+    : path_(std::move(path)), device_(status.st_dev), inode_(status.st_ino), descriptor_(descriptor) {}
 
 int CacheAttachment::open(Patience patience) {
     const Opening opening(*this, patience);
@@ -198,13 +198,20 @@ int CacheAttachment::claimSlot() {
 
 int CacheAttachment::reattach(Patience patience) {
     const std::lock_guard<HBXLock> once(Registry::instance().lock);
-    if (isOurs()) {
-        return 0;
-    }
+    return isOurs() ? 0 : attachAgain(patience);
+}
+
+/// The name may have gone to another file, whose locks would say nothing about our tables.
+int CacheAttachment::attachAgain(Patience patience) {
     struct stat status {};
     const int descriptor = openPlainFile(path_, false, status);
     if (descriptor < 0) {
         return -1;
+    }
+    if (status.st_dev != device_ || status.st_ino != inode_) {
+        ::close(descriptor);
+        errno = ESTALE;
+        return failWithErrno("find again", path_);
     }
     descriptor_.replace(descriptor);
     const Opening opening(*this, patience);
