@@ -85,12 +85,13 @@ private:
     void adopt(bool replaced);
     int mapDescriptor(std::size_t size);
     int reopen();
+    void markClean();
 
     std::size_t reservation_;
     std::chrono::milliseconds patience_;
     std::string name_;
     boost::shared_ptr<internal::CacheAttachment> attachment_;
-    std::unique_ptr<internal::ForkGuardedDescriptor> descriptor_;
+    std::shared_ptr<internal::ForkGuardedDescriptor> descriptor_; ///< One for all mappings of a file.
     std::unique_ptr<internal::GuardedRange> range_;
     void* memory_ = nullptr;
     std::size_t mappedSize_ = 0;
