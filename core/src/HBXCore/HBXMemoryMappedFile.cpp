@@ -106,6 +106,9 @@ int HBXMemoryMappedFile::open(const std::string& name, std::size_t size) {
         return -1;
     }
     descriptor_ = std::make_shared<internal::ForkGuardedDescriptor>(descriptor);
+    if (internal::restrictAccess(descriptor, name) != 0) {
+        return -1;
+    }
     name_ = name;
     device_ = status.st_dev;
     inode_ = status.st_ino;

@@ -136,6 +136,9 @@ int CacheAttachment::prepareFile(bool first) {
     if (magic != 0 && magic != SidecarHead::kMagic) {
         return refuse(path_, "it is no lock file of a cache");
     }
+    if (restrictAccess(descriptor_.get(), path_) != 0) {
+        return -1;
+    }
     if (size >= sizeof(Sidecar)) {
         return 0;
     }
