@@ -1,6 +1,7 @@
 #include <HBXCore/HBXCacheLogicBase.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -45,11 +46,16 @@ constexpr int kAbandoned = -14;
 constexpr int kMapAttempts = 100;
 constexpr std::uint64_t kAlignmentMask = ~(HBXSharedMemoryManager::kAlignment - 1);
 
+/// What was waited for in vain is not waited for again: the holder of a lock may be stopped for good.
 template <class Attempt>
 int attemptOften(Attempt attempt) {
     for (int i = 0; i < kMapAttempts; ++i) {
+        errno = 0;
         if (attempt() == 0) {
             return 0;
+        }
+        if (errno == ETIMEDOUT) {
+            return -1;
         }
         schedYield();
     }
