@@ -211,10 +211,12 @@ void HBXCacheLogicBase::forget(Storage& storage) {
 
 /// The file holds nonsense, or less than it should: nobody is to use it any more.
 int HBXCacheLogicBase::giveUp(Storage& storage, int code) {
-    storage.manager->file().abandon();
-    storage.manager->file().attachment().raiseGeneration();
+    HBXMemoryMappedFile& file = storage.manager->file();
+    file.abandon();
+    file.attachment().raiseGeneration();
+    const bool cutOff = file.isDamaged(); // where the file has ended all seems to be zero
     forget(storage);
-    return code;
+    return cutOff ? kNoSnapshot : code;
 }
 
 bool HBXCacheLogicBase::isLinked() { return gate_ != nullptr && gate_->file().isLinked(); }
@@ -245,12 +247,16 @@ void HBXCacheLogicBase::unlock(Storage& storage) {
 }
 
 int HBXCacheLogicBase::checkState(Storage& storage) {
-    if (storage.manager->file().isOutdated() ||
-        internal::readConstants(storage.manager->memory()).valid == 0) {
+    HBXMemoryMappedFile& file = storage.manager->file();
+    const bool isValid = !file.isOutdated() && internal::readConstants(storage.manager->memory()).valid != 0;
+    if (!file.isOutdated() && file.isDamaged()) {
+        return giveUp(storage, kNoSnapshot);
+    }
+    if (!isValid) {
         forget(storage);
         return kAbandoned;
     }
-    if (protect_ && storage.manager->file().protectMemory(false) != 0) {
+    if (protect_ && file.protectMemory(false) != 0) {
         return kFailed;
     }
     if (needsRecovery(storage)) {
@@ -468,7 +474,7 @@ int HBXCacheLogicBase::remove(Storage& storage, const void* key) {
 
 void* HBXCacheLogicBase::copyBytes(const void* key) {
     void* copy = nullptr;
-    locked([&](Storage& storage) {
+    const int result = locked([&](Storage& storage) {
         const CacheView content = view(storage);
         const HBXCacheEntry* entry =
             CacheView::arrayOf(content.snapshotAt(head(storage).snapshot)).find(HBXCacheKey(key));
@@ -484,6 +490,10 @@ void* HBXCacheLogicBase::copyBytes(const void* key) {
         }
         return 0;
     });
+    if (result != 0) { // the file may have ended under our hands
+        std::free(copy);
+        return nullptr;
+    }
     return copy;
 }
 
