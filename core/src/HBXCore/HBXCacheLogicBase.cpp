@@ -346,7 +346,8 @@ int HBXCacheLogicBase::repairing(Storage& storage, Work work) {
         }
     } catch (const CacheDamage& damage) {
         logDamage(damage);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc&) { // in the midst of whatever it was
+        storage.manager->file().attachment().head().rebuild = 1;
         return kFailed;
     }
     return giveUp(storage, kAbandoned);
@@ -649,12 +650,13 @@ std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage) {
     return offset;
 }
 
-void HBXCacheLogicBase::releaseSnapshot(std::uint64_t snapshot, Storage& storage) {
+void HBXCacheLogicBase::releaseSnapshot(std::uint64_t snapshot, Storage& storage, std::uint32_t lists) {
     HBXSnapshotHead& released = view(storage).snapshotAt(snapshot);
-    if (released.references < 1) {
+    if (released.references < 1 || static_cast<std::uint32_t>(released.references) < lists) {
         throw CacheDamage{snapshot, "a count of references is below 1"};
     }
-    if (--released.references == 0) {
+    released.references -= static_cast<std::int32_t>(lists);
+    if (released.references == 0) {
         freeSnapshot(storage, snapshot);
     }
 }
@@ -673,8 +675,8 @@ void HBXCacheLogicBase::freeSnapshot(Storage& storage, std::uint64_t snapshot) {
 void HBXCacheLogicBase::reclaimDead(Storage& storage) {
     HBXMemoryMappedFile& file = storage.manager->file();
     file.attachment().reclaimDead([&](const internal::SidecarPin& pin) {
-        for (std::uint32_t i = 0; i < pin.number && pin.generation == file.generation(); ++i) {
-            releaseSnapshot(pin.snapshot, storage);
+        if (pin.generation == file.generation()) {
+            releaseSnapshot(pin.snapshot, storage, pin.number);
         }
     });
 }
@@ -713,22 +715,25 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
 
 /// A list over a file that was replaced meanwhile has nothing to give back but its row in the table.
 void HBXCacheLogicBase::closeList(HBXCacheList& list) {
-    const std::uint64_t generation = list.manager_->file().generation();
+    HBXMemoryMappedFile& file = list.manager_->file();
+    --openLists_;
     Storage storage;
     const int code = lock(storage);
-    if (code != 0 && list.manager_->lock() != 0) {
+    if (code != 0 || !manager_->file().isSameFile(file)) {
+        if (code == 0) {
+            unlock(storage);
+        }
+        if (list.manager_->lock() == 0) {
+            file.attachment().dropPin(file.generation(), list.snapshot_);
+            file.unlock();
+        }
         return;
     }
-    list.manager_->file().attachment().dropPin(generation, list.snapshot_);
-    --openLists_;
-    if (code != 0) {
-        list.manager_->file().unlock();
-        return;
-    }
+    file.attachment().dropPin(file.generation(), list.snapshot_);
     bool released = false;
     repairing(storage, [&](Storage& held) {
         if (!std::exchange(released, true)) { // a repair counts without our row already
-            releaseSnapshot(list.snapshot_, held);
+            releaseSnapshot(list.snapshot_, held, 1);
         }
         return 0;
     });

@@ -139,7 +139,7 @@ private:
     void fillSnapshot(Storage& storage, std::uint64_t from, std::uint64_t to, std::uint32_t capacity);
     void raiseValueCounts(Storage& storage, std::uint64_t snapshot);
     std::uint64_t acquireSnapshot(Storage& storage);
-    void releaseSnapshot(std::uint64_t snapshot, Storage& storage);
+    void releaseSnapshot(std::uint64_t snapshot, Storage& storage, std::uint32_t lists);
     static bool isSnapshotMemoryAccessible(std::uint64_t snapshot, const Storage& storage);
     void freeSnapshot(Storage& storage, std::uint64_t snapshot);
     void reclaimDead(Storage& storage);
@@ -162,7 +162,7 @@ private:
     /// The current mapping; null when not accessible. Changed under the lock only.
     boost::intrusive_ptr<HBXMappedMemoryManager> manager_;
     std::atomic<char*> memory_{nullptr};
-    std::size_t openLists_ = 0; ///< Under the lock.
+    std::atomic<std::size_t> openLists_{0};
 };
 
 } // namespace HBX

@@ -70,6 +70,10 @@ public:
     std::size_t getStoredSize() const;
     /// Whether the file was replaced or given up since it was mapped. Under the lock.
     bool isOutdated() const;
+    /// Whether both mapped one file, and in one state of it.
+    bool isSameFile(const HBXMemoryMappedFile& other) const {
+        return attachment_ == other.attachment_ && generation_ == other.generation_;
+    }
     /// Declares the content unusable for everybody. May be called without the lock when it cannot be had.
     void abandon();
 
