@@ -621,7 +621,8 @@ void HBXCacheLogicBase::raiseValueCounts(Storage& storage, std::uint64_t snapsho
     const HBXCacheEntry* entries = CacheView::entriesOf(holder);
     for (std::uint32_t i = 0; i < holder.sorted(); ++i) {
         if (i + kAhead < holder.sorted()) {
-            __builtin_prefetch(storage.manager->memory() + entries[i + kAhead].value, 1);
+            const std::uint64_t ahead = std::min(entries[i + kAhead].value, content.size());
+            __builtin_prefetch(storage.manager->memory() + ahead, 1);
         }
         ++content.valueAt(entries[i].value).references;
     }
