@@ -1,6 +1,7 @@
 #include <HBXCore/HBXCacheLogicBase.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -46,11 +47,16 @@ constexpr int kAbandoned = -14;
 constexpr int kMapAttempts = 100;
 constexpr std::uint64_t kAlignmentMask = ~(HBXSharedMemoryManager::kAlignment - 1);
 
+/// What was waited for in vain is not waited for again: the holder of a lock may be stopped for good.
 template <class Attempt>
 int attemptOften(Attempt attempt) {
     for (int i = 0; i < kMapAttempts; ++i) {
+        errno = 0;
         if (attempt() == 0) {
             return 0;
+        }
+        if (errno == ETIMEDOUT) {
+            return -1;
         }
         schedYield();
     }
@@ -221,10 +227,12 @@ void HBXCacheLogicBase::retire(Storage& storage) {
 
 /// The file holds nonsense, or less than it should: nobody is to use it any more.
 int HBXCacheLogicBase::giveUp(Storage& storage, int code) {
-    storage.manager->file().abandon();
-    storage.manager->file().attachment().raiseGeneration();
+    HBXMemoryMappedFile& file = storage.manager->file();
+    file.abandon();
+    file.attachment().raiseGeneration();
+    const bool cutOff = file.isDamaged(); // where the file has ended all seems to be zero
     forget(storage);
-    return code;
+    return cutOff ? kNoSnapshot : code;
 }
 
 bool HBXCacheLogicBase::isLinked() { return gate_ != nullptr && gate_->file().isLinked(); }
@@ -256,8 +264,13 @@ void HBXCacheLogicBase::unlock(Storage& storage) {
 
 int HBXCacheLogicBase::checkState(Storage& storage) {
     look(storage);
-    if (storage.agreed->generation != storage.manager->file().generation() ||
-        !internal::readValidFlag(storage.base)) {
+    HBXMemoryMappedFile& file = storage.manager->file();
+    const bool isOutdated = storage.agreed->generation != file.generation();
+    const bool isValid = internal::readValidFlag(storage.base);
+    if (!isOutdated && file.isDamaged()) {
+        return giveUp(storage, kNoSnapshot);
+    }
+    if (isOutdated || !isValid) {
         forget(storage);
         return kAbandoned;
     }
@@ -362,7 +375,8 @@ int HBXCacheLogicBase::repairing(Storage& storage, Work work) {
         }
     } catch (const CacheDamage& damage) {
         logDamage(damage);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc&) { // in the midst of whatever it was
+        storage.manager->file().attachment().head().rebuild = 1;
         return kFailed;
     }
     return giveUp(storage, kAbandoned);
@@ -491,7 +505,7 @@ int HBXCacheLogicBase::remove(Storage& storage, const void* key) {
 
 void* HBXCacheLogicBase::copyBytes(const void* key) {
     void* copy = nullptr;
-    locked([&](Storage& storage) {
+    const int result = locked([&](Storage& storage) {
         const CacheView content = view(storage);
         const HBXCacheEntry* entry =
             CacheView::arrayOf(content.snapshotAt(head(storage).snapshot)).find(HBXCacheKey(key));
@@ -507,6 +521,10 @@ void* HBXCacheLogicBase::copyBytes(const void* key) {
         }
         return 0;
     });
+    if (result != 0) { // the file may have ended under our hands
+        std::free(copy);
+        return nullptr;
+    }
     return copy;
 }
 
@@ -634,7 +652,8 @@ void HBXCacheLogicBase::raiseValueCounts(Storage& storage, std::uint64_t snapsho
     const HBXCacheEntry* entries = CacheView::entriesOf(holder);
     for (std::uint32_t i = 0; i < holder.sorted(); ++i) {
         if (i + kAhead < holder.sorted()) {
-            __builtin_prefetch(storage.base + entries[i + kAhead].value, 1);
+            const std::uint64_t ahead = std::min(entries[i + kAhead].value, storage.size);
+            __builtin_prefetch(storage.base + ahead, 1);
         }
         ++content.valueAt(entries[i].value).references;
     }
@@ -664,12 +683,13 @@ std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage) {
     return offset;
 }
 
-void HBXCacheLogicBase::releaseSnapshot(std::uint64_t snapshot, Storage& storage) {
+void HBXCacheLogicBase::releaseSnapshot(std::uint64_t snapshot, Storage& storage, std::uint32_t lists) {
     HBXSnapshotHead& released = view(storage).snapshotAt(snapshot);
-    if (released.references < 1) {
+    if (released.references < 1 || static_cast<std::uint32_t>(released.references) < lists) {
         throw CacheDamage{snapshot, "a count of references is below 1"};
     }
-    if (--released.references == 0) {
+    released.references -= static_cast<std::int32_t>(lists);
+    if (released.references == 0) {
         freeSnapshot(storage, snapshot);
     }
 }
@@ -688,8 +708,8 @@ void HBXCacheLogicBase::freeSnapshot(Storage& storage, std::uint64_t snapshot) {
 void HBXCacheLogicBase::reclaimDead(Storage& storage) {
     HBXMemoryMappedFile& file = storage.manager->file();
     file.attachment().reclaimDead([&](const internal::SidecarPin& pin) {
-        for (std::uint32_t i = 0; i < pin.number && pin.generation == file.generation(); ++i) {
-            releaseSnapshot(pin.snapshot, storage);
+        if (pin.generation == file.generation()) {
+            releaseSnapshot(pin.snapshot, storage, pin.number);
         }
     });
 }
@@ -745,23 +765,31 @@ void HBXCacheLogicBase::endUnlessListed() {
 
 /// A list over a file that was replaced meanwhile has nothing to give back but its row in the table.
 void HBXCacheLogicBase::closeList(HBXCacheList& list) {
+    HBXMappedMemoryManager& manager = *list.manager_;
     Storage storage;
-    const bool current = lock(storage) == 0;
-    HBXMappedMemoryManager* manager = list.manager_;
-    if (!current && manager->file().lock(false) != 0) {
+    bool isCurrent = lock(storage) == 0;
+    if (isCurrent && !manager_->file().isSameFile(manager.file())) {
+        unlock(storage);
+        isCurrent = false;
+    }
+    if (!isCurrent && manager.file().lock(false) == 0) { // may be another lock than ours
+        manager.file().attachment().dropPin(manager.file().generation(), list.snapshot_);
+        manager.file().unlock();
+    }
+    if (!isCurrent && gate_->file().lock(false) != 0) {
         return;
     }
     boost::intrusive_ptr<HBXMappedMemoryManager> retired; // ends after the unlocking
-    if (--manager->openLists == 0 && manager != manager_.get()) {
-        retired.reset(manager, false);
+    if (--manager.openLists == 0 && &manager != manager_.get()) {
+        retired.reset(&manager, false);
     }
     const bool last = --openLists_ == 0 && onlyLists_;
-    manager->file().attachment().dropPin(manager->file().generation(), list.snapshot_);
-    if (current) {
+    if (isCurrent) {
+        manager.file().attachment().dropPin(manager.file().generation(), list.snapshot_);
         giveBack(storage, list.snapshot_);
         unlock(storage);
     } else {
-        manager->file().unlock();
+        gate_->file().unlock();
     }
     if (last) {
         delete this;
@@ -772,7 +800,7 @@ void HBXCacheLogicBase::giveBack(Storage& storage, std::uint64_t snapshot) {
     bool released = false;
     repairing(storage, [&](Storage& held) {
         if (!std::exchange(released, true)) { // a repair counts without our row already
-            releaseSnapshot(snapshot, held);
+            releaseSnapshot(snapshot, held, 1);
         }
         return 0;
     });

@@ -153,7 +153,7 @@ private:
     void fillSnapshot(Storage& storage, std::uint64_t from, std::uint64_t to, std::uint32_t capacity);
     void raiseValueCounts(Storage& storage, std::uint64_t snapshot);
     std::uint64_t acquireSnapshot(Storage& storage);
-    void releaseSnapshot(std::uint64_t snapshot, Storage& storage);
+    void releaseSnapshot(std::uint64_t snapshot, Storage& storage, std::uint32_t lists);
     static bool isSnapshotMemoryAccessible(std::uint64_t snapshot, const Storage& storage);
     void freeSnapshot(Storage& storage, std::uint64_t snapshot);
     void reclaimDead(Storage& storage);

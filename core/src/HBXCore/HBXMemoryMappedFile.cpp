@@ -50,15 +50,25 @@ HBXMemoryMappedFile::~HBXMemoryMappedFile() {
     if (memory_ == nullptr) {
         return;
     }
-    if (attachment_->isOurs() && descriptor_->get() >= 0) {
-        const CacheAttachment::Opening opening(*attachment_, std::chrono::seconds(1));
-        if (opening.isHeld() && attachment_->isAlone() && attachment_->head().clean == 0 &&
-            attachment_->head().inode == inode_ && fdatasync(descriptor_->get()) == 0) {
-            attachment_->head().clean = 1;
-        }
+    if (descriptor_.use_count() == 1 && attachment_->isOurs() && descriptor_->get() >= 0) {
+        markClean();
     }
     range_.reset();
     munmap(memory_, mappedSize_);
+}
+
+/// The last one to leave brings the file to the disk; with the lock, as other threads may have it open too.
+void HBXMemoryMappedFile::markClean() {
+    const CacheAttachment::Opening opening(*attachment_, std::chrono::seconds(1));
+    if (!opening.isHeld() || !attachment_->isAlone() ||
+        attachment_->lock(CacheAttachment::Patience(0)) != 0) {
+        return;
+    }
+    internal::SidecarHead& head = attachment_->head();
+    if (head.clean == 0 && head.inode == inode_ && fdatasync(descriptor_->get()) == 0) {
+        head.clean = 1;
+    }
+    attachment_->unlock();
 }
 
 std::size_t HBXMemoryMappedFile::getMemoryPageSize() {
@@ -95,7 +105,10 @@ int HBXMemoryMappedFile::open(const std::string& name, std::size_t size) {
     if (descriptor < 0) {
         return -1;
     }
-    descriptor_ = std::make_unique<internal::ForkGuardedDescriptor>(descriptor);
+    descriptor_ = std::make_shared<internal::ForkGuardedDescriptor>(descriptor);
+    if (internal::restrictAccess(descriptor, name) != 0) {
+        return -1;
+    }
     name_ = name;
     device_ = status.st_dev;
     inode_ = status.st_ino;
@@ -113,7 +126,8 @@ int HBXMemoryMappedFile::open(const std::string& name, std::size_t size) {
 int HBXMemoryMappedFile::settle(std::size_t size) {
     const internal::SidecarHead& head = attachment_->head();
     const bool replaced = head.device != device_ || head.inode != inode_;
-    if (!replaced && isThisBoot(head) && getStoredSize() >= size) {
+    const std::size_t known = head.fileSize; // before the stored one, which others may just make longer
+    if (!replaced && isThisBoot(head) && getStoredSize() >= std::max(size, known)) {
         return 0;
     }
     if (attachment_->lock(patience_) != 0) {
@@ -152,12 +166,7 @@ void* HBXMemoryMappedFile::remap(std::size_t size, void* address, const HBXMemor
         failWithErrno("map", name_);
         return nullptr;
     }
-    const int descriptor = fcntl(previous->descriptor_->get(), F_DUPFD_CLOEXEC, 0);
-    if (descriptor < 0) {
-        failWithErrno("map", previous->name_);
-        return nullptr;
-    }
-    descriptor_ = std::make_unique<internal::ForkGuardedDescriptor>(descriptor);
+    descriptor_ = previous->descriptor_;
     attachment_ = previous->attachment_;
     name_ = previous->name_;
     device_ = previous->device_;
@@ -223,14 +232,14 @@ int HBXMemoryMappedFile::reopen() {
     if (descriptor < 0) {
         return -1;
     }
-    descriptor_->replace(descriptor);
-    if (status.st_dev != device_ || status.st_ino != inode_) {
+    if (status.st_dev != device_ || status.st_ino != inode_ ||
+        internal::tryLockByte(descriptor, internal::kInUseByte, internal::ByteLock::Shared) != 0) {
+        ::close(descriptor);
         errno = ESTALE;
         return failWithErrno("find again", name_);
     }
-    return internal::tryLockByte(descriptor, internal::kInUseByte, internal::ByteLock::Shared) == 0
-               ? 0
-               : failWithErrno("lock", name_);
+    descriptor_->replace(descriptor);
+    return 0;
 }
 
 int HBXMemoryMappedFile::protectMemory(bool readOnly) {

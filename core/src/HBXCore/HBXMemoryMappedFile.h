@@ -71,6 +71,10 @@ public:
     std::size_t getStoredSize() const;
     /// Whether the file was replaced or given up since it was mapped. Under the lock.
     bool isOutdated() const;
+    /// Whether both mapped one file, and in one state of it.
+    bool isSameFile(const HBXMemoryMappedFile& other) const {
+        return attachment_ == other.attachment_ && generation_ == other.generation_;
+    }
     /// Declares the content unusable for everybody. May be called without the lock when it cannot be had.
     void abandon();
 
@@ -86,12 +90,13 @@ private:
     void adopt(bool replaced);
     int mapDescriptor(std::size_t size);
     int reopen();
+    void markClean();
 
     std::size_t reservation_;
     std::chrono::milliseconds patience_;
     std::string name_;
     boost::shared_ptr<internal::CacheAttachment> attachment_;
-    std::unique_ptr<internal::ForkGuardedDescriptor> descriptor_;
+    std::shared_ptr<internal::ForkGuardedDescriptor> descriptor_; ///< One for all mappings of a file.
     std::atomic<bool> damaged_{false};
     std::unique_ptr<internal::GuardedRange> range_;
     void* memory_ = nullptr;

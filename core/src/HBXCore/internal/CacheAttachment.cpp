@@ -90,9 +90,9 @@ boost::shared_ptr<CacheAttachment> CacheAttachment::attach(const std::string& ca
     auto& known = registry.attachments[{status.st_dev, status.st_ino}];
     if (boost::shared_ptr<CacheAttachment> existing = known.lock()) {
         ::close(descriptor);
-        return existing->isOurs() || existing->reattachRegistered(patience) == 0 ? existing : nullptr;
+        return existing->isOurs() || existing->attachAgain(patience) == 0 ? existing : nullptr;
     }
-    boost::shared_ptr<CacheAttachment> made(new CacheAttachment(path, descriptor));
+    boost::shared_ptr<CacheAttachment> made(new CacheAttachment(path, descriptor, status));
     if (made->open(patience) != 0) {
         return nullptr;
     }
@@ -100,8 +100,8 @@ boost::shared_ptr<CacheAttachment> CacheAttachment::attach(const std::string& ca
     return made;
 }
 
-CacheAttachment::CacheAttachment(std::string path, int descriptor)
-    : path_(std::move(path)), descriptor_(descriptor), fork_(forkNumber()) {}
+CacheAttachment::CacheAttachment(std::string path, int descriptor, const struct stat& status)
+    : path_(std::move(path)), device_(status.st_dev), inode_(status.st_ino), descriptor_(descriptor) {}
 
 int CacheAttachment::open(Patience patience) {
     const Opening opening(*this, patience);
@@ -138,6 +138,9 @@ int CacheAttachment::prepareFile(bool first) {
     }
     if (magic != 0 && magic != SidecarHead::kMagic) {
         return refuse(path_, "it is no lock file of a cache");
+    }
+    if (restrictAccess(descriptor_.get(), path_) != 0) {
+        return -1;
     }
     if (size >= sizeof(Sidecar)) {
         return 0;
@@ -201,11 +204,12 @@ int CacheAttachment::claimSlot() {
 
 int CacheAttachment::reattach(Patience patience) {
     const HBXLockGuard guard(Registry::instance().lock);
-    return isOurs() ? 0 : reattachRegistered(patience);
+    return isOurs() ? 0 : attachAgain(patience);
 }
 
-/// Under the lock of the registry.
-int CacheAttachment::reattachRegistered(Patience patience) {
+/// Under the lock of the registry. The name may have gone to another file, whose locks would say nothing
+/// about our tables.
+int CacheAttachment::attachAgain(Patience patience) {
     // A thread that exists only in the parent may have the inherited one: it is left as it is.
     static_cast<void>(opening_.release());
     opening_ = std::make_unique<std::timed_mutex>();
@@ -213,6 +217,11 @@ int CacheAttachment::reattachRegistered(Patience patience) {
     const int descriptor = openPlainFile(path_, false, status);
     if (descriptor < 0) {
         return -1;
+    }
+    if (status.st_dev != device_ || status.st_ino != inode_) {
+        ::close(descriptor);
+        errno = ESTALE;
+        return failWithErrno("find again", path_);
     }
     descriptor_.replace(descriptor);
     const Opening opening(*this, patience);

@@ -12,6 +12,8 @@
 #include <HBXCore/internal/ForkGuard.h>
 #include <HBXCore/internal/Sidecar.h>
 
+struct stat;
+
 namespace HBX::internal {
 
 /// This process among those that share one cache: the mapped lock file with its lock and its tables. One for
@@ -99,13 +101,13 @@ public:
     }
 
 private:
-    CacheAttachment(std::string path, int descriptor);
+    CacheAttachment(std::string path, int descriptor, const struct stat& status);
     int open(Patience patience);
     int prepareFile(bool first);
     void initialise();
     int checkShared() const;
     int claimSlot();
-    int reattachRegistered(Patience patience);
+    int attachAgain(Patience patience);
     std::uint64_t usedRows() const;
     static bool isInUse(const SidecarPin& pin) {
         return pin.attachment != 0 && pin.attachment <= Sidecar::kAttachments;
@@ -117,11 +119,16 @@ private:
     SidecarPin* findFreeRow();
     bool isRowOf(const SidecarPin& pin, std::uint64_t generation, std::uint64_t snapshot) const;
 
+    /// No process has it: nothing is attached yet.
+    static constexpr std::uint64_t kNoFork = ~std::uint64_t{0};
+
     std::string path_;
+    std::uint64_t device_;
+    std::uint64_t inode_;
     ForkGuardedDescriptor descriptor_;
     Sidecar* sidecar_ = nullptr;
     std::uint32_t slot_ = 0;
-    std::atomic<std::uint64_t> fork_;
+    std::atomic<std::uint64_t> fork_{kNoFork};
     std::uint64_t lastRow_ = 0; ///< Where the last pin was found; under the lock.
     /// Among the threads of this process, which share the descriptor's locks.
     std::unique_ptr<std::timed_mutex> opening_ = std::make_unique<std::timed_mutex>();

@@ -67,9 +67,6 @@ int checkPlain(int descriptor, const std::string& path, struct stat& status) {
     if (isOnNetwork(descriptor)) {
         return refuse(path, "it is on a network file system");
     }
-    if ((status.st_mode & 07777) != 0600 && fchmod(descriptor, 0600) != 0) {
-        return failWithErrno("set the permissions of", path);
-    }
     return 0;
 }
 
@@ -89,6 +86,10 @@ int openPlainFile(const std::string& path, bool create, struct stat& status) {
         return -1;
     }
     return descriptor;
+}
+
+int restrictAccess(int descriptor, const std::string& path) {
+    return fchmod(descriptor, 0600) == 0 ? 0 : failWithErrno("set the permissions of", path);
 }
 
 int readAt(int descriptor, void* to, std::size_t size, std::uint64_t offset) {

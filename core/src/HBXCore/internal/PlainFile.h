@@ -8,11 +8,14 @@ struct stat;
 
 namespace HBX::internal {
 
-/// Opens a file that only we may have made: regular, ours, under one name, no link, on a local disk; mode
-/// 0600.
+/// Opens a file that only we may have made: regular, ours, under one name, no link, on a local disk. A new
+/// one gets mode 0600.
 /// @param status  of the file, on success.
 /// @return the descriptor, or -1 with errno and error message; a refused file is untouched.
 int openPlainFile(const std::string& path, bool create, struct stat& status);
+
+/// Takes a file away from other users. 0; -1 with errno and error message.
+int restrictAccess(int descriptor, const std::string& path);
 
 /// Makes a file longer without holes, so that writing to its pages cannot fail for want of space.
 /// @return 0; -1 with errno and error message.
