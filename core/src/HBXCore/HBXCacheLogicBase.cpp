@@ -20,6 +20,7 @@
 #include <HBXCore/internal/CacheMerge.h>
 #include <HBXCore/internal/CacheSizes.h>
 #include <HBXCore/internal/CacheView.h>
+#include <HBXCore/internal/ForkGuard.h>
 
 namespace HBX {
 
@@ -67,7 +68,7 @@ int attemptOften(Attempt attempt) {
 
 HBXCacheLogicBase::HBXCacheLogicBase(std::string name, const HBXCacheFormat& format,
                                      const HBXCacheSizes& sizes)
-    : name_(std::move(name)), format_(format), sizes_(sizes) {}
+    : name_(std::move(name)), format_(format), sizes_(sizes), fork_(internal::forkNumber()) {}
 
 HBXCacheLogicBase::~HBXCacheLogicBase() {
     if (!isAccessible()) {
@@ -422,7 +423,9 @@ int HBXCacheLogicBase::recover(Storage& storage) {
 
 /// The store by which a change takes effect: all that it needs is written before it.
 void HBXCacheLogicBase::commit(Storage& storage, std::uint64_t& word, std::uint64_t value) {
-    storage.agreed->clean = 0;
+    if (storage.agreed->clean != 0) {
+        storage.manager->file().attachment().clearCleanMark();
+    }
     std::atomic_ref(word).store(value, std::memory_order_release);
 }
 
@@ -551,12 +554,12 @@ std::uint64_t HBXCacheLogicBase::allocate(Storage& storage, std::size_t size) {
 bool HBXCacheLogicBase::growFor(Storage& storage, std::size_t size) {
     const std::size_t present = storage.manager->file().getSize();
     const std::size_t limit = sizes_.maximumFileSize;
-    if (size > limit || HBXSharedMemoryManager::blockSize(size) + kCacheHeapBegin > limit) {
-        return false;
-    }
+    const bool fits = size <= limit && HBXSharedMemoryManager::blockSize(size) + kCacheHeapBegin <= limit;
     const std::size_t target =
-        internal::grownFileSize(present, size, HBXMemoryMappedFile::getMemoryPageSize());
-    if (target > limit) {
+        fits ? internal::grownFileSize(present, size, HBXMemoryMappedFile::getMemoryPageSize()) : 0;
+    if (!fits || target > limit) {
+        setErrorMessage("Cache file \"" + name_ + "\" would exceed its maximum of " + std::to_string(limit) +
+                        " bytes");
         return false;
     }
     if (target > storage.manager->file().getMappedSize() && remapTo(storage, target, protect_) != 0) {
@@ -721,6 +724,10 @@ void HBXCacheLogicBase::openList(HBXCacheList& list) {
 }
 
 int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
+    if (fork_ != internal::forkNumber()) { // those of the parent are not ours to close
+        fork_ = internal::forkNumber();
+        openLists_ = 0;
+    }
     if (openLists_ >= sizes_.maximumLists) {
         return kFailed;
     }
@@ -750,7 +757,7 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
 /// The last owner is gone. Without the lock nobody can tell, so the object stays for good.
 void HBXCacheLogicBase::endUnlessListed() {
     if (gate_ != nullptr && gate_->file().lock(false) == 0) {
-        onlyLists_ = openLists_ > 0;
+        onlyLists_ = openLists_ > 0 && fork_ == internal::forkNumber();
         const bool listed = onlyLists_;
         gate_->file().unlock();
         if (listed) {

@@ -184,6 +184,7 @@ private:
     mutable std::atomic<int> references_{0};
     // Under the lock. Lists are counted here, as one needs no further locked instruction for that.
     std::size_t openLists_ = 0;
+    std::uint64_t fork_;     ///< In which process they were opened.
     bool onlyLists_ = false; ///< Nobody but lists keeps us alive.
 };
 

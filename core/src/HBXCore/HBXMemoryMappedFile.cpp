@@ -204,7 +204,7 @@ std::size_t HBXMemoryMappedFile::getStoredSize() const {
 
 bool HBXMemoryMappedFile::isLinked() const {
     struct stat status {};
-    return fstat(descriptor_->get(), &status) != 0 || status.st_nlink > 0;
+    return stat(name_.c_str(), &status) == 0 && status.st_dev == device_ && status.st_ino == inode_;
 }
 
 bool HBXMemoryMappedFile::isOutdated() const { return attachment_->generation() != generation_; }

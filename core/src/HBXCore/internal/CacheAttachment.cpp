@@ -117,6 +117,7 @@ int CacheAttachment::open(Patience patience) {
         return failWithErrno("map", path_);
     }
     sidecar_ = static_cast<Sidecar*>(memory);
+    range_ = std::make_unique<GuardedRange>(memory, sizeof(Sidecar), damaged_);
     if (first) {
         initialise();
     } else if (checkShared() != 0) {
@@ -238,6 +239,7 @@ CacheAttachment::~CacheAttachment() {
             std::atomic_ref(sidecar_->attachments[slot_].inUse).store(0, std::memory_order_release);
         }
     }
+    range_.reset();
     munmap(sidecar_, sizeof(Sidecar));
 }
 
@@ -275,11 +277,21 @@ int CacheAttachment::lock(Patience patience) {
         std::atomic_ref(head().rebuild).store(1, std::memory_order_release);
         result = pthread_mutex_consistent(mutex);
     }
+    if (result == 0 && damaged_.load(std::memory_order_relaxed)) { // what we have locked is ours alone
+        pthread_mutex_unlock(mutex);
+        result = EIO;
+    }
     if (result != 0) {
         errno = result;
         return failWithErrno("lock", path_);
     }
     return 0;
+}
+
+/// Must be on the disk before any change is; else a power cut could leave the change and the mark.
+void CacheAttachment::clearCleanMark() {
+    head().clean = 0;
+    msync(sidecar_, sizeof(SidecarHead), MS_SYNC);
 }
 
 void CacheAttachment::unlock() { pthread_mutex_unlock(&sidecar_->mutex); }

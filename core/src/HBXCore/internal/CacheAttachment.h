@@ -9,6 +9,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <HBXCore/internal/FaultGuard.h>
 #include <HBXCore/internal/ForkGuard.h>
 #include <HBXCore/internal/Sidecar.h>
 
@@ -61,6 +62,8 @@ public:
         std::atomic_ref(sidecar_->head.generation).fetch_add(1, std::memory_order_relaxed);
     }
     const Sidecar& tables() const { return *sidecar_; }
+    /// Notes, on the disk too, that the cache file may differ from what the disk has. Under the lock.
+    void clearCleanMark();
     /// Whether this process attached itself, and not the one that it was forked off.
     bool isOurs() const { return fork_.load(std::memory_order_acquire) == forkNumber(); }
     /// Attaches a forked child in its own name. 0, or -1 with the error message.
@@ -127,6 +130,8 @@ private:
     std::uint64_t inode_;
     ForkGuardedDescriptor descriptor_;
     Sidecar* sidecar_ = nullptr;
+    std::atomic<bool> damaged_{false}; ///< The lock file was cut off.
+    std::unique_ptr<GuardedRange> range_;
     std::uint32_t slot_ = 0;
     std::atomic<std::uint64_t> fork_{kNoFork};
     std::uint64_t lastRow_ = 0; ///< Where the last pin was found; under the lock.
