@@ -4,6 +4,10 @@
 
 namespace HBX::bench {
 
+/// Ours: records of environments as long as the peers' values. Each call takes the lock in the lock file; a
+/// view and a walk are a list, which holds a snapshot and not the lock. Survives killed processes.
+std::unique_ptr<Store> openHbx(const char* path, Open how);
+
 /// Boost.Interprocess containers in a mapped file of a fixed size. The lock lies in the file and is held
 /// during each call and for a view: one process-shared mutex, or the sharable kind, which lets readers in
 /// together but costs more when nobody else is there. Values are replaced in place. A process that is killed
@@ -21,8 +25,12 @@ std::unique_ptr<Store> openLmdb(const char* path, Open how);
 std::unique_ptr<Store> openSqlite(const char* path, Open how);
 std::unique_ptr<Store> openSqliteMapped(const char* path, Open how);
 
-inline constexpr Peer kPeers[] = {{"flat_map", openFlatMap}, {"flat_map_sharable", openFlatMapSharable},
-                                  {"map", openMap},          {"lmdb", openLmdb},
-                                  {"sqlite", openSqlite},    {"sqlite_mapped", openSqliteMapped}};
+inline constexpr Peer kPeers[] = {{"hbx", openHbx},
+                                  {"flat_map", openFlatMap},
+                                  {"flat_map_sharable", openFlatMapSharable},
+                                  {"map", openMap},
+                                  {"lmdb", openLmdb},
+                                  {"sqlite", openSqlite},
+                                  {"sqlite_mapped", openSqliteMapped}};
 
 } // namespace HBX::bench
