@@ -719,7 +719,8 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
         list.end_ = list.begin_ + count;
     }
     list.manager_ = storage.manager;
-    list.size_ = view(storage).size();
+    list.base_ = storage.base;
+    list.size_ = storage.size;
     list.snapshot_ = offset;
     ++openLists_;
     ++storage.manager->openLists;
