@@ -499,7 +499,7 @@ void* HBXCacheLogicBase::copyBytes(const void* key) {
         }
         std::size_t length = 0;
         const HBXCachedItem& value = content.valueAt(entry->value, length);
-        copy = std::calloc(1, length);
+        copy = std::malloc(length); // all of it is written
         if (copy != nullptr) {
             std::memcpy(copy, &value, length);
             *static_cast<HBXCachedItem*>(copy) = HBXCachedItem();

@@ -108,8 +108,7 @@ protected:
 
     /// Stores a copy of a value record of `length` bytes, in place of the key's present one.
     int putBytes(const void* key, const void* record, std::size_t length);
-    /// A private copy of a value record, from calloc, to be freed by the caller; null when absent or on
-    /// failure.
+    /// A private copy of a value record, to be freed by the caller; null when absent or on failure.
     void* copyBytes(const void* key);
 
 private:

@@ -13,7 +13,7 @@ struct HBXCachedItem {
     /// Always 0.
     std::uint32_t spare = 0;
 
-    /// Frees what was copied out of a cache, which is memory from calloc.
+    /// Frees what was copied out of a cache, which is memory as from malloc.
     struct deleter_free {
         void operator()(void* copy) const { std::free(copy); }
     };
