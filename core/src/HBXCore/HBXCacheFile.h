@@ -55,6 +55,12 @@ inline constexpr std::uint64_t kCacheHeapBegin = 80;
 /// No cache file is shorter.
 inline constexpr std::uint64_t kCacheMinimumSize = 4096;
 
+/// Whether `need` bytes from an offset on lie inside the heap of a file of `size` bytes. The offset may be
+/// anything, as anybody may have written it.
+constexpr bool isInCacheHeap(std::uint64_t offset, std::uint64_t need, std::uint64_t size) {
+    return offset >= kCacheHeapBegin && offset % 16 == 0 && offset <= size && need <= size - offset;
+}
+
 static_assert(sizeof(HBXHeapState) == 40 && sizeof(HBXCacheHead) == kCacheConstantsOffset);
 static_assert(kCacheConstantsOffset + sizeof(HBXCacheConstants) == kCacheHeaderSize);
 static_assert(kCacheConstantsOffset + offsetof(HBXCacheConstants, valid) == kCacheValidOffset);

@@ -2,7 +2,6 @@
 
 #include <HBXCore/HBXCacheLogicBase.h>
 #include <HBXCore/HBXFlatSortedArray.h>
-#include <HBXCore/internal/CacheView.h>
 #include <HBXCore/internal/ForkGuard.h>
 
 namespace HBX {
@@ -22,14 +21,6 @@ const HBXCacheEntry* HBXCacheList::findEntry(const void* key) const {
     const HBXFlatSortedArray array(begin_, static_cast<std::uint32_t>(end_ - begin_), 0);
     const HBXCacheEntry* entry = array.find(HBXCacheKey(key));
     return entry != nullptr && entry->value != 0 ? entry : nullptr;
-}
-
-const void* HBXCacheList::valueOf(const HBXCacheEntry& entry) const {
-    try {
-        return &internal::CacheView(manager_->memory(), size_, cache_.format()).valueAt(entry.value);
-    } catch (const internal::CacheDamage&) {
-        return nullptr;
-    }
 }
 
 } // namespace HBX

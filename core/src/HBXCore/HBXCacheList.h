@@ -34,8 +34,6 @@ public:
     const HBXCacheEntry* entriesEnd() const { return end_; }
     /// The entry of a key, null when there is none or it was removed.
     const HBXCacheEntry* findEntry(const void* key) const;
-    /// The value record of an entry, inside the file; null when the file is damaged there.
-    const void* valueOf(const HBXCacheEntry& entry) const;
 
     friend void intrusive_ptr_add_ref(const HBXCacheList* list) {
         list->references_.fetch_add(1, std::memory_order_relaxed);
@@ -48,6 +46,17 @@ public:
         }
     }
 
+protected:
+    /// The record of at least `need` bytes at an offset, and how many bytes there may be of it; null where
+    /// there can be none.
+    const char* recordAt(std::uint64_t offset, std::size_t need, std::size_t& available) const {
+        if (!isInCacheHeap(offset, need, size_)) {
+            return nullptr;
+        }
+        available = size_ - offset;
+        return base_ + offset;
+    }
+
 private:
     friend class HBXCacheLogicBase;
 
@@ -56,7 +65,8 @@ private:
     HBXCacheLogicBase& cache_;
     HBXMappedMemoryManager* manager_ = nullptr; ///< The mapping, which counts us.
     std::uint64_t snapshot_ = 0;
-    std::uint64_t size_ = 0; ///< Of the file when the list was made.
+    const char* base_ = nullptr; ///< Of the mapping.
+    std::uint64_t size_ = 0;     ///< Of the file when the list was made.
     std::uint64_t fork_ = 0;
     const HBXCacheEntry* begin_ = nullptr;
     const HBXCacheEntry* end_ = nullptr;

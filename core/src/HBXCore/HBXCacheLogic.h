@@ -73,7 +73,7 @@ public:
         private:
             /// Not what was removed, nor what damage made unreadable.
             bool isShown() {
-                value_ = entry_->value != 0 ? static_cast<const Value*>(list_->valueOf(*entry_)) : nullptr;
+                value_ = list_->valueOf(*entry_);
                 return value_ != nullptr;
             }
             void skipForward() {
@@ -92,7 +92,15 @@ public:
         /// The value of a key; null when absent.
         const Value* find(const Key& key) const {
             const HBXCacheEntry* entry = findEntry(&key);
-            return entry == nullptr ? nullptr : static_cast<const Value*>(valueOf(*entry));
+            return entry == nullptr ? nullptr : valueOf(*entry);
+        }
+        /// The value of an entry; null when it was removed, or the file is damaged there.
+        const Value* valueOf(const HBXCacheEntry& entry) const {
+            std::size_t available = 0;
+            const char* record = recordAt(entry.value, Value::kFixedSize, available);
+            return record != nullptr && Value::checkedLength(record, available) != 0
+                       ? reinterpret_cast<const Value*>(record)
+                       : nullptr;
         }
     };
 

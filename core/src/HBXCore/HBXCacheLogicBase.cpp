@@ -152,7 +152,7 @@ int HBXCacheLogicBase::prepare(Storage& storage) {
     if (const int code = internal::validateHeader(manager_->memory(), format_); code != 0) {
         return code;
     }
-    if (needsRecovery(storage) && recover(storage) != 0) {
+    if (needsRecovery() && recover(storage) != 0) {
         return kNoSnapshot;
     }
     if (const int code = unsafe_checkSize(storage); code != 0) {
@@ -164,10 +164,10 @@ int HBXCacheLogicBase::prepare(Storage& storage) {
 
 /// The valid flag comes last: a file that was built in part is still new, or refused.
 int HBXCacheLogicBase::buildFile(Storage& storage) {
-    internal::SidecarHead& agreed = *storage.agreed;
+    internal::SidecarHead& agreed = *known_.agreed;
     agreed.fileSize = manager_->file().getStoredSize() & kAlignmentMask;
     look(storage);
-    internal::writeConstants(storage.base, format_);
+    internal::writeConstants(known_.base, format_);
     manager_->heap().create(kCacheHeaderSize, agreed.fileSize);
     const std::uint64_t offset = allocate(storage, kSnapshotSize);
     if (offset == 0) {
@@ -175,7 +175,7 @@ int HBXCacheLogicBase::buildFile(Storage& storage) {
     }
     HBXSnapshotHead empty{1, 0, 0, 1, HBXSnapshotHead::kMagic, 0, {}};
     std::memcpy(manager_->memory() + offset, &empty, kSnapshotSize);
-    commit(storage, head(storage).snapshot, offset);
+    commit(head().snapshot, offset);
     std::atomic_thread_fence(std::memory_order_release);
     internal::writeValidFlag(manager_->memory(), true);
     agreed.rebuild = 0;
@@ -183,16 +183,16 @@ int HBXCacheLogicBase::buildFile(Storage& storage) {
 }
 
 int HBXCacheLogicBase::tryCurrentSnapshot(Storage& storage) {
-    const std::uint64_t offset = head(storage).snapshot;
+    const std::uint64_t offset = head().snapshot;
     if (offset == 0) {
         return kNoSnapshot;
     }
-    HBXSnapshotHead* snapshot = &view(storage).snapshotAt(offset);
+    HBXSnapshotHead* snapshot = &view().snapshotAt(offset);
     if (snapshot->references < 1) {
         if (recover(storage) != 0) {
             return kNoSnapshot;
         }
-        snapshot = &view(storage).snapshotAt(offset);
+        snapshot = &view().snapshotAt(offset);
     }
     if (++snapshot->references <= 1) {
         abort(kModule, kSource, 745, kInitialize, kInitialize);
@@ -264,10 +264,9 @@ void HBXCacheLogicBase::unlock(Storage& storage) {
 }
 
 int HBXCacheLogicBase::checkState(Storage& storage) {
-    look(storage);
     HBXMemoryMappedFile& file = storage.manager->file();
-    const bool isOutdated = storage.agreed->generation != file.generation();
-    const bool isValid = internal::readValidFlag(storage.base);
+    const bool isOutdated = known_.agreed->generation != known_.generation;
+    const bool isValid = internal::readValidFlag(known_.base);
     if (!isOutdated && file.isDamaged()) {
         return giveUp(storage, kNoSnapshot);
     }
@@ -275,7 +274,7 @@ int HBXCacheLogicBase::checkState(Storage& storage) {
         forget(storage);
         return kAbandoned;
     }
-    return protect_ || storage.size != (storage.agreed->fileSize & kAlignmentMask) || needsRecovery(storage)
+    return protect_ || known_.size != (known_.agreed->fileSize & kAlignmentMask) || needsRecovery()
                ? repairState(storage)
                : 0;
 }
@@ -284,7 +283,7 @@ int HBXCacheLogicBase::repairState(Storage& storage) {
     if (protect_ && storage.manager->file().protectMemory(false) != 0) {
         return kFailed;
     }
-    if (!needsRecovery(storage)) {
+    if (!needsRecovery()) {
         return unsafe_checkSize(storage);
     }
     try {
@@ -295,8 +294,9 @@ int HBXCacheLogicBase::repairState(Storage& storage) {
 }
 
 int HBXCacheLogicBase::unsafe_checkSize(Storage& storage) {
-    const std::size_t size = storage.agreed->fileSize;
+    const std::size_t size = known_.agreed->fileSize;
     if (size <= storage.manager->file().getMappedSize()) {
+        look(storage);
         return 0;
     }
     return remapTo(storage, size, false) == 0 ? 0 : kNotRemapped;
@@ -323,18 +323,16 @@ int HBXCacheLogicBase::remapTo(Storage& storage, std::size_t size, bool protectO
     return 0;
 }
 
-HBXCacheHead& HBXCacheLogicBase::head(const Storage& storage) { return internal::headOf(storage.base); }
+HBXCacheHead& HBXCacheLogicBase::head() const { return internal::headOf(known_.base); }
 
-CacheView HBXCacheLogicBase::view(const Storage& storage) const {
-    return {storage.base, storage.size, format_};
-}
+CacheView HBXCacheLogicBase::view() const { return {known_.base, known_.size, format_}; }
 
 /// To be called whenever the mapping or the size of the file changed.
-void HBXCacheLogicBase::look(Storage& storage) const {
+void HBXCacheLogicBase::look(Storage& storage) {
     const HBXMemoryMappedFile& file = storage.manager->file();
-    storage.agreed = &file.attachment().head();
-    storage.base = storage.manager->memory();
-    storage.size = std::min<std::uint64_t>(storage.agreed->fileSize, file.getMappedSize()) & kAlignmentMask;
+    internal::SidecarHead& agreed = file.attachment().head();
+    const std::uint64_t size = std::min<std::uint64_t>(agreed.fileSize, file.getMappedSize());
+    known_ = {&agreed, storage.manager->memory(), size & kAlignmentMask, file.generation()};
 }
 
 void HBXCacheLogicBase::logDamage(const CacheDamage& damage) const {
@@ -383,9 +381,9 @@ int HBXCacheLogicBase::repairing(Storage& storage, Work work) {
     return giveUp(storage, kAbandoned);
 }
 
-bool HBXCacheLogicBase::needsRecovery(const Storage& storage) const {
-    const HBXHeapState& heap = head(storage).heap;
-    const internal::SidecarHead& agreed = *storage.agreed;
+bool HBXCacheLogicBase::needsRecovery() const {
+    const HBXHeapState& heap = head().heap;
+    const internal::SidecarHead& agreed = *known_.agreed;
     return agreed.rebuild != 0 || heap.end != (agreed.fileSize & kAlignmentMask) ||
            heap.end < kCacheMinimumSize || heap.version != HBXSharedMemoryManager::kVersion;
 }
@@ -400,7 +398,7 @@ int HBXCacheLogicBase::recover(Storage& storage) {
         return -1;
     }
     attachment.reclaimDead([](const internal::SidecarPin&) {});
-    std::map<std::uint64_t, std::uint32_t> counts{{head(storage).snapshot, 1}};
+    std::map<std::uint64_t, std::uint32_t> counts{{head().snapshot, 1}};
     attachment.forEachPin([&](const internal::SidecarPin& pin) {
         if (pin.generation == storage.manager->file().generation() && pin.number > 0) {
             counts[pin.snapshot] += pin.number;
@@ -412,7 +410,7 @@ int HBXCacheLogicBase::recover(Storage& storage) {
         roots.push_back({offset, references});
     }
     try {
-        internal::CacheAudit(storage.base, view(storage), roots).rebuild();
+        internal::CacheAudit(known_.base, view(), roots).rebuild();
     } catch (const CacheDamage& damage) {
         logDamage(damage);
         return -1;
@@ -422,15 +420,15 @@ int HBXCacheLogicBase::recover(Storage& storage) {
 }
 
 /// The store by which a change takes effect: all that it needs is written before it.
-void HBXCacheLogicBase::commit(Storage& storage, std::uint64_t& word, std::uint64_t value) {
-    if (storage.agreed->clean != 0) {
-        storage.manager->file().attachment().clearCleanMark();
+void HBXCacheLogicBase::commit(std::uint64_t& word, std::uint64_t value) {
+    if (known_.agreed->clean != 0) {
+        manager_->file().attachment().clearCleanMark();
     }
     std::atomic_ref(word).store(value, std::memory_order_release);
 }
 
-void HBXCacheLogicBase::countChange(Storage& storage) {
-    std::atomic_ref(storage.agreed->changes).fetch_add(1, std::memory_order_relaxed);
+void HBXCacheLogicBase::countChange() {
+    std::atomic_ref(known_.agreed->changes).fetch_add(1, std::memory_order_relaxed);
 }
 
 int HBXCacheLogicBase::putBytes(const void* key, const void* record, std::size_t length) {
@@ -443,41 +441,38 @@ int HBXCacheLogicBase::put(Storage& storage, const void* key, const void* record
         return kFailed;
     }
     const HBXCacheKey wanted(key);
-    const HBXCacheEntry* known =
-        CacheView::arrayOf(view(storage).snapshotAt(head(storage).snapshot)).find(wanted);
+    const HBXCacheEntry* known = CacheView::arrayOf(view().snapshotAt(head().snapshot)).find(wanted);
     const std::uint64_t offset = getWritableSnapshot(known != nullptr ? shKeep : shGrow, storage);
     if (offset == 0) {
         storage.manager->heap().free(value);
         return kFailed;
     }
-    HBXSnapshotHead& snapshot = view(storage).snapshotAt(offset);
+    HBXSnapshotHead& snapshot = view().snapshotAt(offset);
     HBXCacheEntry* entries = CacheView::entriesOf(snapshot);
     if (const HBXCacheEntry* found = CacheView::arrayOf(snapshot).find(wanted)) {
         HBXCacheEntry& entry = entries[found - entries];
         const std::uint64_t old = entry.value;
-        commit(storage, entry.value, value);
+        commit(entry.value, value);
         old != 0 ? releaseValue(storage, old) : void(--snapshot.removed);
     } else {
-        appendEntry(storage, snapshot, key, value);
+        appendEntry(snapshot, key, value);
     }
-    countChange(storage);
+    countChange();
     return 0;
 }
 
 /// Behind the last key of an all sorted snapshot the run itself becomes longer.
-void HBXCacheLogicBase::appendEntry(Storage& storage, HBXSnapshotHead& snapshot, const void* key,
-                                    std::uint64_t value) {
+void HBXCacheLogicBase::appendEntry(HBXSnapshotHead& snapshot, const void* key, std::uint64_t value) {
     HBXCacheEntry* end = CacheView::entriesOf(snapshot) + snapshot.count();
     if (snapshot.count() == snapshot.capacity) {
-        throw CacheDamage{head(storage).snapshot, "a new snapshot has no room"};
+        throw CacheDamage{head().snapshot, "a new snapshot has no room"};
     }
     std::memcpy(end->key, key, sizeof end->key);
     end->value = value;
     const bool ascends =
         snapshot.tail() == 0 && (snapshot.sorted() == 0 || HBXCacheKey(end[-1].key) < HBXCacheKey(key));
-    commit(storage, snapshot.lengths,
-           HBXSnapshotHead::joinLengths(snapshot.sorted() + (ascends ? 1U : 0U),
-                                        snapshot.tail() + (ascends ? 0U : 1U)));
+    commit(snapshot.lengths, HBXSnapshotHead::joinLengths(snapshot.sorted() + (ascends ? 1U : 0U),
+                                                          snapshot.tail() + (ascends ? 0U : 1U)));
 }
 
 int HBXCacheLogicBase::removeKey(const void* key) {
@@ -486,8 +481,7 @@ int HBXCacheLogicBase::removeKey(const void* key) {
 
 int HBXCacheLogicBase::remove(Storage& storage, const void* key) {
     const HBXCacheKey wanted(key);
-    const HBXCacheEntry* known =
-        CacheView::arrayOf(view(storage).snapshotAt(head(storage).snapshot)).find(wanted);
+    const HBXCacheEntry* known = CacheView::arrayOf(view().snapshotAt(head().snapshot)).find(wanted);
     if (known == nullptr || known->value == 0) {
         return 0;
     }
@@ -495,29 +489,29 @@ int HBXCacheLogicBase::remove(Storage& storage, const void* key) {
     if (offset == 0) {
         return kFailed;
     }
-    HBXSnapshotHead& snapshot = view(storage).snapshotAt(offset);
+    HBXSnapshotHead& snapshot = view().snapshotAt(offset);
     HBXCacheEntry* entries = CacheView::entriesOf(snapshot);
     HBXCacheEntry& entry = entries[CacheView::arrayOf(snapshot).find(wanted) - entries];
     const std::uint64_t old = entry.value;
-    commit(storage, entry.value, 0);
+    commit(entry.value, 0);
     ++snapshot.removed;
     releaseValue(storage, old);
-    countChange(storage);
+    countChange();
     return 0;
 }
 
 void* HBXCacheLogicBase::copyBytes(const void* key) {
     void* copy = nullptr;
-    const int result = locked([&](Storage& storage) {
-        const CacheView content = view(storage);
+    const int result = locked([&](Storage&) {
+        const CacheView content = view();
         const HBXCacheEntry* entry =
-            CacheView::arrayOf(content.snapshotAt(head(storage).snapshot)).find(HBXCacheKey(key));
+            CacheView::arrayOf(content.snapshotAt(head().snapshot)).find(HBXCacheKey(key));
         if (entry == nullptr || entry->value == 0) {
             return 0;
         }
         std::size_t length = 0;
         const HBXCachedItem& value = content.valueAt(entry->value, length);
-        copy = std::calloc(1, length);
+        copy = std::malloc(length); // all of it is written
         if (copy != nullptr) {
             std::memcpy(copy, &value, length);
             *static_cast<HBXCachedItem*>(copy) = HBXCachedItem();
@@ -546,7 +540,7 @@ std::uint64_t HBXCacheLogicBase::allocate(Storage& storage, std::size_t size) {
         offset = storage.manager->heap().allocate(size);
     }
     if (offset != 0) {
-        storage.manager->prepareBlock(storage.base + offset, size);
+        storage.manager->prepareBlock(known_.base + offset, size);
     }
     return offset;
 }
@@ -576,7 +570,7 @@ bool HBXCacheLogicBase::growFor(Storage& storage, std::size_t size) {
 std::uint64_t HBXCacheLogicBase::storeValue(Storage& storage, const void* record, std::size_t length) {
     const std::uint64_t offset = allocate(storage, length);
     if (offset != 0) {
-        char* value = storage.base + offset;
+        char* value = known_.base + offset;
         std::memcpy(value + sizeof(HBXCachedItem), static_cast<const char*>(record) + sizeof(HBXCachedItem),
                     length - sizeof(HBXCachedItem));
         *reinterpret_cast<HBXCachedItem*>(value) = HBXCachedItem{1, 0};
@@ -585,7 +579,7 @@ std::uint64_t HBXCacheLogicBase::storeValue(Storage& storage, const void* record
 }
 
 void HBXCacheLogicBase::releaseValue(Storage& storage, std::uint64_t offset) {
-    HBXCachedItem& value = view(storage).valueAt(offset);
+    HBXCachedItem& value = view().valueAt(offset);
     if (value.references < 1) {
         throw CacheDamage{offset, "a count of references is below 1"};
     }
@@ -597,11 +591,9 @@ void HBXCacheLogicBase::releaseValue(Storage& storage, std::uint64_t offset) {
 // --- snapshots ---
 
 std::uint64_t HBXCacheLogicBase::getWritableSnapshot(eSnapshotHint hint, Storage& storage) {
-    const auto current = [&]() -> HBXSnapshotHead& {
-        return view(storage).snapshotAt(head(storage).snapshot);
-    };
+    const auto current = [&]() -> HBXSnapshotHead& { return view().snapshotAt(head().snapshot); };
     if (current().references < 1) {
-        throw CacheDamage{head(storage).snapshot, "a count of references is below 1"};
+        throw CacheDamage{head().snapshot, "a count of references is below 1"};
     }
     if (current().references > 1) {
         reclaimDead(storage); // a copy costs more than to ask whether the holders live
@@ -610,14 +602,14 @@ std::uint64_t HBXCacheLogicBase::getWritableSnapshot(eSnapshotHint hint, Storage
     const bool hasRoom = snapshot.tail() < HBXSnapshotHead::kMaximumTail &&
                          snapshot.count() < snapshot.capacity &&
                          snapshot.removed <= snapshot.count() / 4 + 64;
-    return snapshot.references == 1 && (hint == shKeep || hasRoom) ? head(storage).snapshot
+    return snapshot.references == 1 && (hint == shKeep || hasRoom) ? head().snapshot
                                                                    : replaceSnapshot(storage);
 }
 
 /// @return the new current snapshot, all sorted; 0 when there is no room for it.
 std::uint64_t HBXCacheLogicBase::replaceSnapshot(Storage& storage) {
-    const std::uint64_t old = head(storage).snapshot;
-    const HBXSnapshotHead& before = view(storage).snapshotAt(old);
+    const std::uint64_t old = head().snapshot;
+    const HBXSnapshotHead& before = view().snapshotAt(old);
     const auto count = static_cast<std::uint32_t>(before.count());
     const std::uint32_t capacity =
         internal::snapshotCapacity(before.capacity, count - std::min(before.removed, count));
@@ -625,13 +617,13 @@ std::uint64_t HBXCacheLogicBase::replaceSnapshot(Storage& storage) {
     if (made == 0) {
         return 0;
     }
-    fillSnapshot(storage, old, made, capacity);
-    HBXSnapshotHead& replaced = view(storage).snapshotAt(old);
+    fillSnapshot(old, made, capacity);
+    HBXSnapshotHead& replaced = view().snapshotAt(old);
     const bool held = replaced.references > 1;
     if (held) {
-        raiseValueCounts(storage, made);
+        raiseValueCounts(made);
     }
-    commit(storage, head(storage).snapshot, made);
+    commit(head().snapshot, made);
     if (held) {
         --replaced.references;
     } else {
@@ -640,23 +632,22 @@ std::uint64_t HBXCacheLogicBase::replaceSnapshot(Storage& storage) {
     return made;
 }
 
-void HBXCacheLogicBase::fillSnapshot(Storage& storage, std::uint64_t from, std::uint64_t to,
-                                     std::uint32_t capacity) {
-    HBXSnapshotHead& source = view(storage).snapshotAt(from);
-    auto& made = *reinterpret_cast<HBXSnapshotHead*>(storage.base + to);
+void HBXCacheLogicBase::fillSnapshot(std::uint64_t from, std::uint64_t to, std::uint32_t capacity) {
+    HBXSnapshotHead& source = view().snapshotAt(from);
+    auto& made = *reinterpret_cast<HBXSnapshotHead*>(known_.base + to);
     made = HBXSnapshotHead{1, capacity, 0, source.sequence + 1, HBXSnapshotHead::kMagic, 0, {}};
     made.lengths = internal::mergeLiveEntries(source, CacheView::entriesOf(made), capacity);
 }
 
-void HBXCacheLogicBase::raiseValueCounts(Storage& storage, std::uint64_t snapshot) {
+void HBXCacheLogicBase::raiseValueCounts(std::uint64_t snapshot) {
     constexpr std::uint32_t kAhead = 24; // values lie anywhere in memory
-    const CacheView content = view(storage);
+    const CacheView content = view();
     HBXSnapshotHead& holder = content.snapshotAt(snapshot);
     const HBXCacheEntry* entries = CacheView::entriesOf(holder);
     for (std::uint32_t i = 0; i < holder.sorted(); ++i) {
         if (i + kAhead < holder.sorted()) {
-            const std::uint64_t ahead = std::min(entries[i + kAhead].value, storage.size);
-            __builtin_prefetch(storage.base + ahead, 1);
+            const std::uint64_t ahead = std::min(entries[i + kAhead].value, known_.size);
+            __builtin_prefetch(known_.base + ahead, 1);
         }
         ++content.valueAt(entries[i].value).references;
     }
@@ -667,15 +658,15 @@ bool HBXCacheLogicBase::isSnapshotMemoryAccessible(std::uint64_t, const Storage&
 
 /// @return the snapshot, noted as held; 0 when there is no room to note it.
 std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage) {
-    std::uint64_t offset = head(storage).snapshot;
-    HBXSnapshotHead* current = &view(storage).snapshotAt(offset);
+    std::uint64_t offset = head().snapshot;
+    HBXSnapshotHead* current = &view().snapshotAt(offset);
     if (current->references < 1) {
         throw CacheDamage{offset, "a count of references is below 1"};
     }
     if (current->tail() > 0 && current->references == 1) {
         const std::uint64_t sorted = replaceSnapshot(storage);
         offset = sorted != 0 ? sorted : offset;
-        current = &view(storage).snapshotAt(offset);
+        current = &view().snapshotAt(offset);
     }
     HBXMemoryMappedFile& file = storage.manager->file();
     if (!isSnapshotMemoryAccessible(offset, storage) ||
@@ -687,7 +678,7 @@ std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage) {
 }
 
 void HBXCacheLogicBase::releaseSnapshot(std::uint64_t snapshot, Storage& storage, std::uint32_t lists) {
-    HBXSnapshotHead& released = view(storage).snapshotAt(snapshot);
+    HBXSnapshotHead& released = view().snapshotAt(snapshot);
     if (released.references < 1 || static_cast<std::uint32_t>(released.references) < lists) {
         throw CacheDamage{snapshot, "a count of references is below 1"};
     }
@@ -698,7 +689,7 @@ void HBXCacheLogicBase::releaseSnapshot(std::uint64_t snapshot, Storage& storage
 }
 
 void HBXCacheLogicBase::freeSnapshot(Storage& storage, std::uint64_t snapshot) {
-    HBXSnapshotHead& released = view(storage).snapshotAt(snapshot);
+    HBXSnapshotHead& released = view().snapshotAt(snapshot);
     const HBXCacheEntry* entries = CacheView::entriesOf(released);
     for (std::uint64_t i = 0; i < released.count(); ++i) {
         if (entries[i].value != 0) {
@@ -735,7 +726,7 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
     if (offset == 0) {
         return kFailed;
     }
-    HBXSnapshotHead& snapshot = view(storage).snapshotAt(offset);
+    HBXSnapshotHead& snapshot = view().snapshotAt(offset);
     const HBXCacheEntry* entries = CacheView::entriesOf(snapshot);
     list.begin_ = entries;
     list.end_ = entries + snapshot.sorted();
@@ -747,7 +738,8 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
         list.end_ = list.begin_ + count;
     }
     list.manager_ = storage.manager;
-    list.size_ = view(storage).size();
+    list.base_ = known_.base;
+    list.size_ = known_.size;
     list.snapshot_ = offset;
     ++openLists_;
     ++storage.manager->openLists;
@@ -845,8 +837,8 @@ int HBXCacheLogicBase::getStatus(HBXCacheStatus& status) {
 int HBXCacheLogicBase::describe(Storage& storage, HBXCacheStatus& status) {
     HBXMemoryMappedFile& file = storage.manager->file();
     const HBXSharedMemoryManager heap = storage.manager->heap();
-    const std::uint64_t current = head(storage).snapshot;
-    HBXSnapshotHead& snapshot = view(storage).snapshotAt(current);
+    const std::uint64_t current = head().snapshot;
+    HBXSnapshotHead& snapshot = view().snapshotAt(current);
     status = HBXCacheStatus();
     status.fileSize = file.getSize();
     status.allocated = heap.totalAllocated();

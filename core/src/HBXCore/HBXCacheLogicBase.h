@@ -88,14 +88,17 @@ public:
     }
 
 protected:
+    /// What every operation asks of a mapping, each several steps away from its manager.
+    struct Mapping {
+        internal::SidecarHead* agreed = nullptr; ///< With the other processes.
+        char* base = nullptr;
+        std::uint64_t size = 0; ///< Of what may be read from `base`, a multiple of 16.
+        std::uint64_t generation = 0;
+    };
     /// One locked operation. Keeps a mapping that the operation had to replace until it ends.
     struct Storage {
         HBXMappedMemoryManager* manager = nullptr;
         boost::intrusive_ptr<HBXMappedMemoryManager> retired;
-        // Known once, as each is several steps away.
-        internal::SidecarHead* agreed = nullptr; ///< With the other processes.
-        char* base = nullptr;
-        std::uint64_t size = 0; ///< Of what may be read from `base`, a multiple of 16.
     };
 
     HBXCacheLogicBase(std::string name, const HBXCacheFormat& format, const HBXCacheSizes& sizes);
@@ -108,8 +111,7 @@ protected:
 
     /// Stores a copy of a value record of `length` bytes, in place of the key's present one.
     int putBytes(const void* key, const void* record, std::size_t length);
-    /// A private copy of a value record, from calloc, to be freed by the caller; null when absent or on
-    /// failure.
+    /// A private copy of a value record, to be freed by the caller; null when absent or on failure.
     void* copyBytes(const void* key);
 
 private:
@@ -133,13 +135,13 @@ private:
     template <class Work>
     int repairing(Storage& storage, Work work);
     int recover(Storage& storage);
-    bool needsRecovery(const Storage& storage) const;
+    bool needsRecovery() const;
 
-    void appendEntry(Storage& storage, HBXSnapshotHead& snapshot, const void* key, std::uint64_t value);
+    void appendEntry(HBXSnapshotHead& snapshot, const void* key, std::uint64_t value);
     int put(Storage& storage, const void* key, const void* record, std::size_t length);
     int remove(Storage& storage, const void* key);
-    void commit(Storage& storage, std::uint64_t& word, std::uint64_t value);
-    void countChange(Storage& storage);
+    void commit(std::uint64_t& word, std::uint64_t value);
+    void countChange();
 
     // --- space ---
     std::uint64_t allocate(Storage& storage, std::size_t size);
@@ -150,8 +152,8 @@ private:
     // --- snapshots ---
     std::uint64_t getWritableSnapshot(eSnapshotHint hint, Storage& storage);
     std::uint64_t replaceSnapshot(Storage& storage);
-    void fillSnapshot(Storage& storage, std::uint64_t from, std::uint64_t to, std::uint32_t capacity);
-    void raiseValueCounts(Storage& storage, std::uint64_t snapshot);
+    void fillSnapshot(std::uint64_t from, std::uint64_t to, std::uint32_t capacity);
+    void raiseValueCounts(std::uint64_t snapshot);
     std::uint64_t acquireSnapshot(Storage& storage);
     void releaseSnapshot(std::uint64_t snapshot, Storage& storage, std::uint32_t lists);
     static bool isSnapshotMemoryAccessible(std::uint64_t snapshot, const Storage& storage);
@@ -166,9 +168,9 @@ private:
 
     int describe(Storage& storage, HBXCacheStatus& status);
 
-    internal::CacheView view(const Storage& storage) const;
-    static HBXCacheHead& head(const Storage& storage);
-    void look(Storage& storage) const;
+    internal::CacheView view() const;
+    HBXCacheHead& head() const;
+    void look(Storage& storage);
     int repairState(Storage& storage);
     void logDamage(const internal::CacheDamage& damage) const;
 
@@ -181,6 +183,8 @@ private:
     /// The current mapping; null when not accessible. Changed under the lock only.
     boost::intrusive_ptr<HBXMappedMemoryManager> manager_;
     std::atomic<char*> memory_{nullptr};
+    /// The current mapping as it was looked at last; under the lock.
+    Mapping known_;
     mutable std::atomic<int> references_{0};
     // Under the lock. Lists are counted here, as one needs no further locked instruction for that.
     std::size_t openLists_ = 0;

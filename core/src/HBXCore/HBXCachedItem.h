@@ -13,7 +13,7 @@ struct HBXCachedItem {
     /// 0 in the file, where everybody reads the record; 1 in a private copy, which its owner may write to.
     std::uint32_t isPrivate = 1;
 
-    /// Frees what was copied out of a cache, which is memory from calloc.
+    /// Frees what was copied out of a cache, which is memory as from malloc.
     struct deleter_free {
         void operator()(void* copy) const { std::free(copy); }
     };

@@ -17,7 +17,9 @@ public:
     /// @param reservation  address space to set aside, in bytes.
     HBXMappedMemoryManager(std::string name, std::size_t reservation)
         : HBXMappedMemoryManager(std::move(name), reservation, std::chrono::seconds(60)) {}
-    virtual ~HBXMappedMemoryManager() = default;
+    /// Not in place, so that there is one table of the virtual operations, and the usual ones are found in it
+    /// without a call.
+    virtual ~HBXMappedMemoryManager();
 
     /// Maps the file; 0 or -1 with the thread's error message.
     virtual int map(std::size_t size) { return file_.map(name_, size, kSharedMapping) != nullptr ? 0 : -1; }

@@ -189,6 +189,7 @@ int HBXMemoryMappedFile::mapDescriptor(std::size_t size) {
     }
     memory_ = memory;
     mappedSize_ = length;
+    fork_.store(internal::forkNumber(), std::memory_order_relaxed);
     range_ = std::make_unique<internal::GuardedRange>(memory, length, damaged_);
     return 0;
 }
@@ -210,16 +211,23 @@ bool HBXMemoryMappedFile::isLinked() const {
 bool HBXMemoryMappedFile::isOutdated() const { return attachment_->generation() != generation_; }
 
 int HBXMemoryMappedFile::lock(bool onlyTry) {
+    const std::chrono::milliseconds patience = onlyTry ? std::chrono::milliseconds(0) : patience_;
+    return fork_.load(std::memory_order_relaxed) == internal::forkNumber() ? attachment_->lock(patience)
+                                                                           : lockAfterFork(patience);
+}
+
+int HBXMemoryMappedFile::lockAfterFork(std::chrono::milliseconds patience) {
     if (!attachment_->isOurs() && attachment_->reattach(patience_) != 0) {
         return -1;
     }
-    if (attachment_->lock(onlyTry ? std::chrono::milliseconds(0) : patience_) != 0) {
+    if (attachment_->lock(patience) != 0) {
         return -1;
     }
     if (descriptor_->get() < 0 && reopen() != 0) {
         attachment_->unlock();
         return -1;
     }
+    fork_.store(internal::forkNumber(), std::memory_order_relaxed);
     return 0;
 }
 

@@ -89,6 +89,7 @@ private:
     int settle(std::size_t size);
     void adopt(bool replaced);
     int mapDescriptor(std::size_t size);
+    int lockAfterFork(std::chrono::milliseconds patience);
     int reopen();
     void markClean();
 
@@ -104,6 +105,7 @@ private:
     std::uint64_t device_ = 0;
     std::uint64_t inode_ = 0;
     std::uint64_t generation_ = 0;
+    std::atomic<std::uint64_t> fork_{0}; ///< Number of the fork in which the descriptor was opened.
 };
 
 /// From now on a mapped file that is cut off while it is used gives zeros, and the operation a code, instead

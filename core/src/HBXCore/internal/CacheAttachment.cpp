@@ -261,10 +261,10 @@ bool CacheAttachment::isAlone() const {
 
 // --- the lock ---
 
-int CacheAttachment::lock(Patience patience) {
+/// @param result  what the first attempt gave: an error, or the lock of a holder that was killed.
+int CacheAttachment::finishLock(int result, Patience patience) {
     constexpr int kSpins = 100; // the usual change takes less than a switch to another thread
     pthread_mutex_t* mutex = &sidecar_->mutex;
-    int result = pthread_mutex_trylock(mutex);
     for (int spin = 0; result == EBUSY && spin < kSpins; ++spin) {
         __builtin_ia32_pause();
         result = pthread_mutex_trylock(mutex);
@@ -293,8 +293,6 @@ void CacheAttachment::clearCleanMark() {
     head().clean = 0;
     msync(sidecar_, sizeof(SidecarHead), MS_SYNC);
 }
-
-void CacheAttachment::unlock() { pthread_mutex_unlock(&sidecar_->mutex); }
 
 // --- pins ---
 

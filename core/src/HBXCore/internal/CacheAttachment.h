@@ -50,8 +50,11 @@ public:
 
     /// Takes the lock that all processes share. A holder that was killed leaves it to the next, which finds
     /// `rebuild` set in the head. @return 0; -1 when it is broken or not free in time (ETIMEDOUT).
-    int lock(Patience patience);
-    void unlock();
+    int lock(Patience patience) {
+        const int result = pthread_mutex_trylock(&sidecar_->mutex);
+        return result == 0 && !damaged_.load(std::memory_order_relaxed) ? 0 : finishLock(result, patience);
+    }
+    void unlock() { pthread_mutex_unlock(&sidecar_->mutex); }
 
     SidecarHead& head() { return sidecar_->head; }
     std::uint64_t generation() const {
@@ -105,6 +108,7 @@ public:
 
 private:
     CacheAttachment(std::string path, int descriptor, const struct stat& status);
+    int finishLock(int result, Patience patience);
     int open(Patience patience);
     int prepareFile(bool first);
     void initialise();

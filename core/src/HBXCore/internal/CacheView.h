@@ -55,7 +55,7 @@ public:
 
 private:
     char* at(std::uint64_t offset, std::uint64_t need) const {
-        if (offset < kCacheHeapBegin || offset % 16 != 0 || offset > size_ || need > size_ - offset) {
+        if (!isInCacheHeap(offset, need, size_)) {
             throw CacheDamage{offset, "an offset leads out of the heap"};
         }
         return base_ + offset;

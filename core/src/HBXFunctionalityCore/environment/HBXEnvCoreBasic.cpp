@@ -94,20 +94,6 @@ HBXEnvCoreBasic::pointer HBXEnvCoreBasic::createInstance(const HBXMessageIterato
                                   : make(base, message, base.virtualConfigBytes(), room);
 }
 
-std::size_t HBXEnvCoreBasic::checkedLength(const void* record, std::size_t available) {
-    if (available < kFixedSize) {
-        return 0;
-    }
-    std::uint64_t sizes[2];
-    std::memcpy(sizes, static_cast<const char*>(record) + offsetof(HBXEnvCoreBasic, configSize),
-                sizeof sizes);
-    const std::uint64_t room = available - kFixedSize;
-    if (sizes[0] > room || sizes[1] > room - sizes[0]) {
-        return 0;
-    }
-    return kFixedSize + sizes[0] + sizes[1];
-}
-
 int HBXEnvCoreBasic::getBuffer(const void** start, std::size_t& size, const void*) const {
     if (start != nullptr) {
         *start = this;

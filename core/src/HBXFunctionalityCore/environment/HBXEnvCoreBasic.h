@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <type_traits>
 
@@ -96,6 +97,21 @@ private:
 
     [[nodiscard]] const char* dataStart() const { return reinterpret_cast<const char*>(this) + kDataOffset; }
 };
+
+// In place, as whoever walks through a cache asks it for each record.
+inline std::size_t HBXEnvCoreBasic::checkedLength(const void* record, std::size_t available) {
+    if (available < kFixedSize) {
+        return 0;
+    }
+    std::uint64_t sizes[2];
+    std::memcpy(sizes, static_cast<const char*>(record) + offsetof(HBXEnvCoreBasic, configSize),
+                sizeof sizes);
+    const std::uint64_t room = available - kFixedSize;
+    if (sizes[0] > room || sizes[1] > room - sizes[0]) {
+        return 0;
+    }
+    return kFixedSize + sizes[0] + sizes[1];
+}
 
 static_assert(std::is_standard_layout_v<HBXEnvCoreBasic>);
 static_assert(offsetof(HBXEnvCoreBasic, item) == 0);

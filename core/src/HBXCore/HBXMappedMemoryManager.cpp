@@ -1,0 +1,7 @@
+#include <HBXCore/HBXMappedMemoryManager.h>
+
+namespace HBX {
+
+HBXMappedMemoryManager::~HBXMappedMemoryManager() = default;
+
+} // namespace HBX
