@@ -108,7 +108,7 @@ TEST_F(CacheForkTest, ForkWhileOthersOpenCaches) {
             }
         });
     }
-    for (std::uint64_t round = 1; round <= 200; ++round) {
+    for (std::uint64_t round = 1; round <= 100; ++round) {
         const pid_t child = fork();
         if (child == 0) {
             alarm(10);

@@ -1,6 +1,7 @@
 #include "Puppet.h"
 
 #include <csignal>
+#include <cstring>
 #include <string>
 
 #include <sys/prctl.h>
@@ -77,7 +78,8 @@ void Puppet::hastenFill(user_regs_struct& registers) {
     }
     std::string bytes(registers.rcx, static_cast<char>(registers.rax));
     const iovec from{bytes.data(), bytes.size()};
-    const iovec to{reinterpret_cast<void*>(registers.rdi), bytes.size()};
+    iovec to{nullptr, bytes.size()};
+    std::memcpy(&to.iov_base, &registers.rdi, sizeof to.iov_base);
     if (process_vm_writev(pid_, &from, 1, &to, 1, 0) == static_cast<ssize_t>(bytes.size())) {
         registers.rdi += registers.rcx;
         registers.rcx = 0;

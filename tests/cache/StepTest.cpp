@@ -16,7 +16,7 @@ constexpr bool kIsSlow = true;
 constexpr bool kIsSlow = false;
 #endif
 /// Every so many changes of the files are checked, in every so many of the operations.
-constexpr std::size_t kStride = kIsSlow ? 16 : 1;
+constexpr std::size_t kStride = kIsSlow ? 4 : 1;
 constexpr std::size_t kOperationStride = kIsSlow ? 5 : 1;
 
 struct Totals {

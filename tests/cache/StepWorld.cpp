@@ -95,6 +95,7 @@ Finding audit(const std::string& name) {
         }
     }
     std::vector<internal::CacheRoot> roots;
+    roots.reserve(counts.size());
     for (const auto& [offset, references] : counts) {
         roots.push_back({offset, references});
     }
