@@ -98,6 +98,15 @@ public:
 using TestCache = HBXCacheLogic<HBXGUIDBase, TestValue, TestManager>;
 using TestCachePointer = boost::intrusive_ptr<TestCache>;
 
+/// A cache whose opening tells its code.
+class OpenCache : public TestCache {
+public:
+    explicit OpenCache(const std::string& name) : TestCache(name, 0, 16, 64 << 20) {}
+    static int tryOpen(const std::string& name, bool invalidateOnFailure) {
+        return boost::intrusive_ptr<OpenCache>(new OpenCache(name))->initialize(true, invalidateOnFailure);
+    }
+};
+
 inline HBXGUIDBase keyOf(std::uint64_t number) {
     const std::uint64_t spread = (number + 1) * 0x9E3779B97F4A7C15U;
     return {static_cast<std::int64_t>(spread), static_cast<std::int64_t>(number)};

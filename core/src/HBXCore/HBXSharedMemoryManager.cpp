@@ -399,6 +399,11 @@ std::uint64_t HBXSharedMemoryManager::checkTree() const {
             throw CacheDamage{at, "the tree of free blocks runs in a circle"};
         }
         if (from == node.parent) {
+            for (const std::uint64_t child : node.child) {
+                if (child != 0 && freeBlockAt(child).parent != at) {
+                    throw CacheDamage{at, "the tree of free blocks disagrees about a parent"};
+                }
+            }
             std::uint64_t ring = at;
             do {
                 const FreeBlock& member = freeBlockAt(ring);

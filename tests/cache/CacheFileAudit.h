@@ -1,0 +1,54 @@
+#pragma once
+
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <HBXCore/HBXCacheLogic.h>
+#include <HBXCore/internal/CacheAudit.h>
+#include <HBXCore/internal/Sidecar.h>
+
+namespace HBX::test {
+
+inline std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Overwrites what the file holds, without making it a new one.
+inline void writeFile(const std::string& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
+}
+
+/// Checks every count and every block of a cache file that nobody is changing at the moment.
+/// @return what is wrong, empty when nothing is.
+inline std::string auditFile(const std::string& name, const HBXCacheFormat& format) {
+    std::string content = readFile(name);
+    const std::string lockFile = readFile(name + ".lock");
+    if (content.size() < kCacheMinimumSize || lockFile.size() < sizeof(internal::Sidecar)) {
+        return "a file is too short";
+    }
+    const auto& tables = *reinterpret_cast<const internal::Sidecar*>(lockFile.data());
+    std::map<std::uint64_t, std::uint32_t> counts{
+        {reinterpret_cast<const HBXCacheHead*>(content.data())->snapshot, 1}};
+    for (const internal::SidecarPin& pin : tables.pins) {
+        if (pin.attachment != 0 && pin.generation == tables.head.generation) {
+            counts[pin.snapshot] += pin.number;
+        }
+    }
+    std::vector<internal::CacheRoot> roots;
+    for (const auto& [offset, references] : counts) {
+        roots.push_back({offset, references});
+    }
+    try {
+        const internal::CacheView view(content.data(), content.size() / 16 * 16, format);
+        internal::CacheAudit(content.data(), view, roots).check();
+    } catch (const internal::CacheDamage& damage) {
+        return std::to_string(damage.offset) + ": " + damage.what;
+    }
+    return "";
+}
+
+} // namespace HBX::test

@@ -1,0 +1,232 @@
+#include "CacheFileAudit.h"
+#include "CacheTestUtil.h"
+#include "ChildProcess.h"
+
+#include <atomic>
+#include <deque>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <random>
+#include <thread>
+
+namespace HBX::test {
+namespace {
+
+constexpr std::size_t kWriters = 3;
+constexpr std::size_t kReaders = 2;
+constexpr std::uint64_t kKeysEach = 60;
+constexpr std::uint64_t kLargest = 2'000;
+
+/// Version and size of a value in one word, so that a kill cannot leave half of it in the log; 0 for none.
+using Trace = std::uint64_t;
+Trace traceOf(std::uint64_t version, std::uint64_t size) { return version << 16 | size; }
+Trace traceOf(const TestValue* value) { return value == nullptr ? 0 : traceOf(value->version, value->size); }
+
+/// What one writer says about the keys that only it changes. Outlives the writer.
+struct WriterLog {
+    std::atomic<Trace> returned[kKeysEach]{}; ///< Written after the operation returned.
+    std::atomic<Trace> intended{0};           ///< Of the key `pending`, written before the operation.
+    std::atomic<std::uint64_t> pending{0};    ///< Index + 1; 0 for no operation.
+    std::atomic<std::uint64_t> version{0};
+
+    bool agrees(std::uint64_t index, Trace found) const {
+        return found == returned[index] || (pending == index + 1 && found == intended);
+    }
+};
+
+struct SharedLog {
+    WriterLog writers[kWriters];
+    std::atomic<std::uint64_t> operations{0};
+    std::atomic<std::uint64_t> walks{0};
+};
+
+/// Processes that use one cache without pause, until they are killed.
+class Storm {
+public:
+    explicit Storm(std::string name) : name_(std::move(name)), children_(kWriters + kReaders) {}
+
+    void startAll();
+    void killAll();
+    /// Kills one after the other at random moments, and starts another in its place.
+    void rage(int kills);
+    void expectQuietState();
+    std::uint64_t fileSize() const { return std::filesystem::file_size(name_); }
+    void report() const { std::cout << log_->operations << " changes, " << log_->walks << " walks\n"; }
+
+private:
+    TestCachePointer open() const { return TestCache::createInstance(name_, false, true, 0, 16, 64 << 20); }
+    void start(std::size_t place);
+    void kill(std::size_t place);
+    int write(std::size_t writer, std::uint64_t seed);
+    static int resolve(WriterLog& log, TestCache& cache, std::uint64_t base);
+    static int change(WriterLog& log, TestCache& cache, std::uint64_t base, std::mt19937_64& random);
+    int read(std::uint64_t seed);
+
+    std::string name_;
+    Shared<SharedLog> log_;
+    std::vector<std::unique_ptr<ChildProcess>> children_;
+    std::mt19937_64 random_{23};
+    std::optional<std::uint64_t> generation_;
+};
+
+void Storm::start(std::size_t place) {
+    const std::uint64_t seed = random_();
+    children_[place] =
+        std::make_unique<ChildProcess>([&] { return place < kWriters ? write(place, seed) : read(seed); });
+}
+
+void Storm::startAll() {
+    for (std::size_t place = 0; place < children_.size(); ++place) {
+        start(place);
+    }
+}
+
+void Storm::kill(std::size_t place) {
+    children_[place]->signal(SIGKILL);
+    ASSERT_EQ(children_[place]->wait(), 1000 + SIGKILL) << "process " << place << " ended by itself";
+}
+
+void Storm::killAll() {
+    for (std::size_t place = 0; place < children_.size(); ++place) {
+        ASSERT_NO_FATAL_FAILURE(kill(place));
+    }
+}
+
+void Storm::rage(int kills) {
+    for (int i = 0; i < kills; ++i) {
+        std::this_thread::sleep_for(std::chrono::microseconds(random_() % 5'000));
+        const std::size_t victim = random_() % children_.size();
+        ASSERT_NO_FATAL_FAILURE(kill(victim));
+        start(victim);
+    }
+}
+
+// --- what the processes do; a result other than 0 tells at which check they failed ---
+
+/// Finds out whether the operation in which the writer before was killed took effect.
+int Storm::resolve(WriterLog& log, TestCache& cache, std::uint64_t base) {
+    const auto list = cache.getList();
+    for (std::uint64_t i = 0; i < kKeysEach; ++i) {
+        const TestValue* value = list->find(keyOf(base + i));
+        if (!log.agrees(i, traceOf(value)) || (value != nullptr && !value->isWhole())) {
+            return 12;
+        }
+    }
+    if (const std::uint64_t index = log.pending; index != 0) {
+        log.returned[index - 1] = traceOf(list->find(keyOf(base + index - 1)));
+        log.pending = 0;
+    }
+    return list->holdsSnapshot() ? 0 : 11;
+}
+
+int Storm::change(WriterLog& log, TestCache& cache, std::uint64_t base, std::mt19937_64& random) {
+    const std::uint64_t index = random() % kKeysEach;
+    const std::uint64_t version = ++log.version;
+    const std::uint64_t size = random() % kLargest;
+    const bool removes = random() % 4 == 0;
+    log.intended = removes ? 0 : traceOf(version, size);
+    log.pending = index + 1;
+    if ((removes ? cache.remove(keyOf(base + index)) : put(cache, base + index, version, size)) != 0) {
+        return 13;
+    }
+    log.returned[index] = log.intended.load();
+    log.pending = 0;
+    return 0;
+}
+
+int Storm::write(std::size_t writer, std::uint64_t seed) {
+    std::mt19937_64 random(seed);
+    WriterLog& log = log_->writers[writer];
+    const std::uint64_t base = writer * kKeysEach;
+    const TestCachePointer cache = open();
+    if (cache == nullptr) {
+        return 10;
+    }
+    int result = resolve(log, *cache, base);
+    while (result == 0) {
+        result = change(log, *cache, base, random);
+        ++log_->operations;
+    }
+    return result;
+}
+
+/// Keeps a few lists open, each of which must stay as it was.
+int Storm::read(std::uint64_t seed) {
+    std::mt19937_64 random(seed);
+    const TestCachePointer cache = open();
+    if (cache == nullptr) {
+        return 10;
+    }
+    std::deque<std::pair<boost::intrusive_ptr<TestCache::ValuesList>, Content>> held;
+    for (;; ++log_->walks) {
+        const auto list = cache->getList();
+        if (!list->holdsSnapshot()) {
+            return 14;
+        }
+        held.emplace_back(list, contentOf(*list));
+        if (held.size() > random() % 4) {
+            if (contentOf(*held.front().first) != held.front().second || ::testing::Test::HasFailure()) {
+                return 15;
+            }
+            held.pop_front();
+        }
+    }
+}
+
+/// Nobody but us is left.
+void Storm::expectQuietState() {
+    const TestCachePointer cache = open();
+    ASSERT_NE(cache, nullptr);
+    HBXCacheStatus status;
+    ASSERT_EQ(cache->getStatus(status), 0);
+    EXPECT_EQ(status.achievableSize - kCacheHeapBegin, status.allocated) << "space that nothing refers to";
+    EXPECT_EQ(status.holders.size(), 0U);
+    ASSERT_EQ(status.processes.size(), 1U);
+    EXPECT_EQ(status.processes[0].pid, static_cast<std::uint32_t>(getpid()));
+    EXPECT_EQ(status.generation, generation_.value_or(status.generation)) << "the file was given up";
+    generation_ = status.generation;
+    EXPECT_EQ(auditFile(name_, TestCache::kFormat), "");
+    const auto list = cache->getList();
+    for (std::size_t writer = 0; writer < kWriters; ++writer) {
+        for (std::uint64_t i = 0; i < kKeysEach; ++i) {
+            const TestValue* value = list->find(keyOf(writer * kKeysEach + i));
+            ASSERT_TRUE(log_->writers[writer].agrees(i, traceOf(value))) << writer << ' ' << i;
+            ASSERT_TRUE(value == nullptr || value->isWhole());
+        }
+    }
+}
+
+class StormTest : public CacheTest {
+protected:
+    /// First without kills, which tells how large the file is when nothing goes wrong.
+    void weather(int rounds, int killsEach) const {
+        Storm storm(name_);
+        storm.startAll();
+        std::this_thread::sleep_for(std::chrono::milliseconds(700));
+        ASSERT_NO_FATAL_FAILURE(storm.killAll());
+        ASSERT_NO_FATAL_FAILURE(storm.expectQuietState());
+        const std::uint64_t quietSize = storm.fileSize();
+        for (int round = 0; round < rounds; ++round) {
+            storm.startAll();
+            ASSERT_NO_FATAL_FAILURE(storm.rage(killsEach));
+            ASSERT_NO_FATAL_FAILURE(storm.killAll());
+            ASSERT_NO_FATAL_FAILURE(storm.expectQuietState()) << "round " << round;
+            ASSERT_LE(storm.fileSize(), 2 * quietSize) << "round " << round;
+        }
+        storm.report();
+    }
+};
+
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kKillsEach = 20; // with it a process takes long to start and to end
+#else
+constexpr int kKillsEach = 100;
+#endif
+
+TEST_F(StormTest, NothingThatReturnedIsLostWhoeverIsKilled) { weather(3, kKillsEach); }
+
+TEST_F(StormTest, SoakOfTenThousandKills) { weather(50, 200); }
+
+} // namespace
+} // namespace HBX::test
