@@ -221,7 +221,7 @@ void walkCutFile(const std::string& name, TestCache& cache, std::uintmax_t left)
     std::advance(value, 20);
     std::filesystem::resize_file(name, left);
     for (; value != list->end(); ++value) {
-        EXPECT_EQ(value->item.spare, 0U);
+        EXPECT_EQ(value->item.isPrivate, 0U);
     }
     EXPECT_EQ(cache.remove(keyOf(50)), -8) << left;
     EXPECT_FALSE(cache.isAccessible());
