@@ -17,7 +17,7 @@ namespace po = boost::program_options;
 
 std::vector<Command> allCommands() {
     std::vector<Command> commands;
-    for (const auto& area : {callCommands(), messageCommands(), scheduleCommands()}) {
+    for (const auto& area : {callCommands(), envCommands(), messageCommands(), scheduleCommands()}) {
         commands.insert(commands.end(), area.begin(), area.end());
     }
     return commands;

@@ -446,6 +446,14 @@ inline constexpr IdName kElementNames[] = {
     {3410, "explain"},
     {3411, "note"},
     {3412, "ending"},
+    {3420, "environments"},
+    {3421, "get"},
+    {3422, "list"},
+    {3423, "insert"},
+    {3424, "update"},
+    {3425, "remove"},
+    {3426, "entries"},
+    {3427, "entry"},
 };
 
 /// Namespaces: the shared ones, then one per agent module from 401.
