@@ -69,6 +69,10 @@ std::string homeFolder() {
     throw Failure(ExitCode::Usage, "neither --cache nor HBX_HOME nor HOME says where the cache is");
 }
 
+std::string defaultPath() { return homeFolder() + "/environments.cache"; }
+
+std::string requestPath; // "": the default
+
 void demandCache(const CacheFile& file) {
     HBXCacheFileKind kind{};
     if (recogniseCacheFile(file.path, HBXEnvCache::kFormat, kind) != 0) {
@@ -113,9 +117,12 @@ void declareCacheOption(po::options_description_easy_init& option) {
 }
 
 std::string cachePath(const Arguments& arguments) {
-    return arguments.has("cache") ? arguments.get<std::string>("cache")
-                                  : homeFolder() + "/environments.cache";
+    return arguments.has("cache") ? arguments.get<std::string>("cache") : defaultPath();
 }
+
+void useForRequests(const std::string& path) { requestPath = path; }
+
+EnvCache requestCache() { return openCache({requestPath.empty() ? defaultPath() : requestPath, true}); }
 
 EnvCache openCache(const CacheFile& file) {
     demandCache(file);
@@ -131,6 +138,7 @@ EnvCache openCache(const CacheFile& file) {
     if (cache == nullptr) {
         demandSuccess(file.path, -2);
     }
+    clearErrorMessage(); // of a file that was replaced
     return cache;
 }
 

@@ -24,6 +24,11 @@ void declareCacheOption(boost::program_options::options_description_easy_init& o
 /// The file of --cache, else environments.cache in $HBX_HOME, else in the user's data folder.
 std::string cachePath(const Arguments& arguments);
 
+/// Names the cache that requests work on, in place of the one that they find without --cache.
+void useForRequests(const std::string& path);
+/// That cache, opened or made. @throws Failure
+EnvCache requestCache();
+
 /// Opens a cache. Unless forced, a file that is missing, not in order, or not ours is left as it is.
 /// @throws Failure  with the exit code that fits.
 EnvCache openCache(const CacheFile& file);

@@ -58,6 +58,10 @@ HBXEnv typedEnv(const EnvEntry& entry, HBXEnvCache& cache) {
     const auto config = boost::make_shared<HBXEnvConfig>(*from.getConfig());
     config->setType(type);
     HBXEnv env(from.getEID(), config, boost::make_shared<HBXVEnvConfig>(*from.getVirtualConfig()));
+    if (env.getEID() != from.getEID()) {
+        throw Failure(ExitCode::InvalidInput,
+                      from.getEID().toString() + ": the configurations are too large for a record");
+    }
     env.setParentEID(from.getParentEID());
     env.setStatus(from.getStatus());
     for (int reason = 0; reason < HBXAlertData::kReasons; ++reason) {

@@ -26,7 +26,7 @@ EnvEntry entryOf(const HBXEnv& env);
 bool isTypeName(const std::string& name);
 
 /// The environment of the entry with its type: that of the entry, else the one that it has in the cache, else
-/// the generic one. The identifier is null when the configurations are too large for a record.
+/// the generic one. @throws Failure  its configurations are too large for a record.
 HBXEnv typedEnv(const EnvEntry& entry, HBXEnvCache& cache);
 
 /// All environments in a message, with the types that stand beside them.

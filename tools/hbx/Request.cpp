@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "operators/EnvironmentOperator.h"
 #include "operators/SchedulerOperator.h"
 #include "operators/TimeOperator.h"
 
@@ -16,6 +17,7 @@ constexpr int kError = 3404;
 
 /// Every operator module; a new one is one more line.
 constexpr const Operator* kOperators[] = {
+    &kEnvironmentOperator,
     &kSchedulerOperator,
     &kTimeOperator,
 };
