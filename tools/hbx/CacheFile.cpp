@@ -57,7 +57,7 @@ std::string variable(const char* name) {
 }
 
 std::string homeFolder() {
-    if (const std::string folder = variable("HBX_HOME"); !folder.empty()) {
+    if (std::string folder = variable("HBX_HOME"); !folder.empty()) {
         return folder;
     }
     if (const std::string data = variable("XDG_DATA_HOME"); !data.empty()) {

@@ -81,6 +81,7 @@ ExitCode put(const Arguments& arguments) {
 
 ExitCode remove(const Arguments& arguments) {
     std::vector<HBXEID> eids;
+    eids.reserve(arguments.files.size());
     for (const std::string& text : arguments.files) {
         eids.push_back(eidOf(text));
     }

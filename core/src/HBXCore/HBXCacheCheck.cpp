@@ -143,6 +143,7 @@ private:
             }
         }
         std::vector<internal::CacheRoot> roots;
+        roots.reserve(counts.size());
         for (const auto& [offset, references] : counts) {
             roots.push_back({offset, references});
         }
