@@ -52,11 +52,12 @@ std::string valuesOf(const std::string& text, const std::string& name) {
 
 TEST_F(ProgramTest, EverySampleIsAnswered) {
     const Words files = filesIn(sample("requests"));
-    ASSERT_GE(files.size(), 13U);
+    ASSERT_GE(files.size(), 20U);
     for (const char* zone : {"UTC", "America/New_York", "Australia/Lord_Howe"}) {
         for (const std::string& file : files) {
             const Ended ended = run({"call", file}, {.zone = zone});
             ASSERT_EQ(ended.code, 0) << file << ": " << ended.err;
+            std::filesystem::remove_all(path("home")); // each is answered alone
             EXPECT_EQ(ended.err, "");
             const Message request = parse(contentOf(file));
             const Message reply = parse(ended.out);
@@ -152,6 +153,12 @@ TEST_F(ProgramTest, FailedRequestsAreAnsweredWithAnError) {
          "there is no value at /system/log_levels\n"},
         {"config-nameless-step.xml", "5\n", "/data/config/set",
          "/system//log_level: no setting can be there\n"},
+        {"environment-without-identifier.xml", "4\n", "/data/environments/insert", "eid is null\n"},
+        {"environment-without-alerts.xml", "4\n", "/data/environments/insert", "env cannot be read\n"},
+        {"environment-type-too-long.xml", "4\n", "/data/environments/update", "env_type has 1 to 16 bytes\n"},
+        {"environment-parent-unreadable.xml", "4\n", "/data/environments/list",
+         "parent_eid cannot be read\n"},
+        {"environments-of-no-identifier.xml", "4\n", "/data/environments/get", "eids is missing\n"},
         {"shift-beyond-range.xml", "5\n", "/data/clock/shift",
          "the interval would leave the range of 32-bit seconds\n"},
         {"voc-name-too-long.xml", "4\n", "/data/voc/features", "vocabularies cannot be read\n"},
@@ -167,6 +174,44 @@ TEST_F(ProgramTest, FailedRequestsAreAnsweredWithAnError) {
         EXPECT_EQ(roadOf(parse(ended.out)), "/data/error/code");
         EXPECT_EQ(envelopeOf(parse(ended.out)), envelopeOf(parse(contentOf(file))));
     }
+}
+
+TEST_F(ProgramTest, RequestsShareTheEnvironmentCache) {
+    const std::string host = "4b7e0a91-52c3-4f0d-8d1e-2a9c6f3b7e10\n";
+    const std::string web = "9d2f6c38-0b4e-4a57-b1c6-7e8f1a2d3c11\n";
+    const struct {
+        const char* file;
+        std::string eids; ///< in the reply
+        std::string types = "";
+    } rows[] = {
+        {"environments-3-get.xml", ""},
+        {"environments-1-insert-host.xml", host},
+        {"environments-2-insert-container.xml", web},
+        {"environments-3-get.xml", host + web, "host\ncontainer\n"},
+        {"environments-4-list-children.xml", web, "container\n"},
+        {"environments-5-list-by-type.xml", host, "host\n"},
+        {"environments-6-update.xml", web},
+        {"environments-4-list-children.xml", web, "container\n"}, // the type was kept
+        {"environments-7-remove.xml", web},
+        {"environments-7-remove.xml", ""},
+        {"environments-4-list-children.xml", ""},
+    };
+    for (const auto& row : rows) {
+        const Ended ended = run({"call", "--cache", path("cache"), sample("requests/") + row.file});
+        ASSERT_EQ(ended.code, 0) << ended.err;
+        std::string plain = ended.out;
+        for (std::size_t at = 0; (at = plain.find(" hbx:ns=\"env\"")) != std::string::npos;) {
+            plain.erase(at, std::string(" hbx:ns=\"env\"").size());
+        }
+        EXPECT_EQ(valuesOf(plain, "eid"), row.eids) << row.file;
+        EXPECT_EQ(valuesOf(plain, "env_type"), row.types) << row.file;
+    }
+    EXPECT_FALSE(std::filesystem::exists(path("home")));
+    const std::string notes = write("notes", "mine");
+    const Ended refused = run({"call", "--cache", notes, sample("requests/environments-3-get.xml")});
+    EXPECT_EQ(refused.code, 3);
+    EXPECT_EQ(valuesOf(refused.out, "code"), "6\n");
+    EXPECT_EQ(contentOf(notes), "mine");
 }
 
 TEST_F(ProgramTest, EveryArgumentOfARequestMustBeGood) {

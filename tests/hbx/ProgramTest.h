@@ -29,6 +29,7 @@ struct Streams {
     std::string in = "/dev/null";
     std::string out = "";
     std::string zone = "UTC";
+    std::string err = "stderr"; ///< name in the test's folder
 };
 
 inline std::string contentOf(const std::filesystem::path& path) {
@@ -78,14 +79,19 @@ protected:
     }
 
     Ended run(Words words, const Streams& streams = {}) const {
+        return end(start(std::move(words), streams), streams);
+    }
+
+    /// A run that goes on beside the test. Its streams must not be those of another.
+    pid_t start(Words words, const Streams& streams) const {
         const std::string out = streams.out.empty() ? path("stdout") : streams.out;
         const pid_t child = fork();
         if (child == 0) {
             redirect(streams.in, O_RDONLY, STDIN_FILENO);
             redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-            redirect(path("stderr"), O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+            redirect(path(streams.err), O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
             setenv("TZ", streams.zone.c_str(), 1);
-            setenv("HBX_HOME", path("home").c_str(), 1);
+            setenv("HBX_HOME", path("home").c_str(), 1); // the user's own files are not for tests
             words.insert(words.begin(), "hbx");
             std::vector<char*> arguments;
             for (std::string& word : words) {
@@ -95,10 +101,14 @@ protected:
             execv(HBX_PROGRAM, arguments.data());
             _exit(127);
         }
+        return child;
+    }
+
+    Ended end(pid_t child, const Streams& streams) const {
         int status = 0;
         waitpid(child, &status, 0);
         return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status),
-                streams.out.empty() ? contentOf(out) : "", contentOf(path("stderr"))};
+                streams.out.empty() ? contentOf(path("stdout")) : "", contentOf(path(streams.err))};
     }
 
     /// Every beginning of some bytes, each in a file.

@@ -11,6 +11,7 @@ TEST_F(ProgramTest, HelpGoesToStandardOutput) {
         {{"--help"}, "hbx schedule explain"}, {{"-h"}, "usage: hbx AREA VERB"},
         {{"message", "--help"}, "--indent"},  {{"schedule", "--help"}, "YYYY-MM-DD"},
         {{"call", "--help"}, "--binary"},     {{"message", "convert", "--help"}, "--output"},
+        {{"env", "--help"}, "--timeout"},
     };
     for (const auto& row : rows) {
         const Ended ended = run(row.words);
@@ -42,6 +43,9 @@ TEST_F(ProgramTest, WrongCallsSayWhyAndHow) {
         {{"message", "show", "--indent=-1", file}, "hbx: --indent is 0 to 16"},
         {{"message", "show", "--path", "data", file}, "hbx: --path begins with \"/\""},
         {{"message", "convert", "--to", "json", file}, "hbx: --to is \"text\" or \"binary\""},
+        {{"env", "list", "--parent", "web"}, "hbx: --parent: \"web\" is no identifier"},
+        {{"env", "list", "--state", "dead"}, "hbx: --state is absent, down, "},
+        {{"env", "get", "00000000-0000-0000-0000-000000000000"}, "hbx: \"00000000-0000"},
         {{"schedule", "next", "--count", "0", file}, "hbx: --count is 1 to 1000"},
         {{"schedule", "next", "--count", "1001", file}, "hbx: --count is 1 to 1000"},
         {{"schedule", "explain", "--count", "1", "--count", "2", file},

@@ -1,5 +1,6 @@
 #include "Command.h"
 
+#include "CacheFile.h"
 #include "Console.h"
 #include "Request.h"
 
@@ -18,6 +19,9 @@ ExitCode callOne(const std::string& file, Encoding encoding) {
 
 ExitCode call(const Arguments& arguments) {
     const Encoding encoding = arguments.has("binary") ? Encoding::Binary : Encoding::Text;
+    if (arguments.has("cache")) {
+        useForRequests(cachePath(arguments));
+    }
     ExitCode result = ExitCode::Ok;
     for (const std::string& file : arguments.files) {
         try {
@@ -37,6 +41,7 @@ constexpr Command kCallCommands[] = {
     {"call", "", "FILE...", "Runs request messages and prints their replies.", 1, kAnyNumber,
      [](boost::program_options::options_description_easy_init option) {
          option("binary", "replies in binary form");
+         declareCacheOption(option);
      },
      call},
 };

@@ -41,6 +41,7 @@ inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 std::span<const Command> callCommands();
 std::span<const Command> configCommands();
+std::span<const Command> envCommands();
 std::span<const Command> messageCommands();
 std::span<const Command> optionsCommands();
 std::span<const Command> scheduleCommands();

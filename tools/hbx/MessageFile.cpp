@@ -76,4 +76,16 @@ std::string takePath(const HBXMessageIterator& element) {
     return path.empty() ? "/" : path;
 }
 
+bool advance(const HBXMessageIterator& element, bool into) {
+    if (into && element.firstChild() == 0) {
+        return true;
+    }
+    while (element.nextSibling() != 0) {
+        if (element.seekUp() != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace HBX::tool

@@ -35,6 +35,10 @@ std::string elementText(const std::string& path, const HBXMessageIterator& eleme
 /// "/data/schedule/next". Moves the cursor to the root.
 std::string takePath(const HBXMessageIterator& element);
 
+/// Moves the cursor to the element that follows in document order, without what lies within the present one
+/// when `into` is false. @return false at the end.
+bool advance(const HBXMessageIterator& element, bool into = true);
+
 inline Cursor cursorOn(const MessagePointer& message) { return Cursor(message->newIterator()); }
 
 } // namespace HBX::tool

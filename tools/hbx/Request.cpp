@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "operators/ConfigurationOperator.h"
+#include "operators/EnvironmentOperator.h"
 #include "operators/SchedulerOperator.h"
 #include "operators/SecurityOperator.h"
 #include "operators/TimeOperator.h"
@@ -19,11 +20,8 @@ constexpr int kError = 3404;
 
 /// Every operator module; a new one is one more line.
 constexpr const Operator* kOperators[] = {
-    &kConfigurationOperator,
-    &kSchedulerOperator,
-    &kSecurityOperator,
-    &kTimeOperator,
-    &kVocabularyOperator,
+    &kConfigurationOperator, &kEnvironmentOperator, &kSchedulerOperator,
+    &kSecurityOperator,      &kTimeOperator,        &kVocabularyOperator,
 };
 
 void copyEnvelope(const HBXMessage& request, HBXMessage& reply) {

@@ -7,23 +7,6 @@
 
 namespace HBX::tool {
 
-namespace {
-
-/// To the element that follows in document order; false at the end.
-bool advance(const HBXMessageIterator& element) {
-    if (element.firstChild() == 0) {
-        return true;
-    }
-    while (element.nextSibling() != 0) {
-        if (element.seekUp() != 0) {
-            return false;
-        }
-    }
-    return true;
-}
-
-} // namespace
-
 boost::shared_ptr<HBXSchedulerTrigger> loadTrigger(const std::string& file) {
     const Cursor element = cursorOn(loadMessage(file));
     const auto family = HBXDerivedParserFactory<HBXSchedulerTrigger>::factoryData();

@@ -4,6 +4,7 @@
 
 #include <HBXCommon/HBXAbort.h>
 #include <HBXCommon/HBXLog.h>
+#include <HBXCore/HBXMemoryMappedFile.h>
 
 #include "Command.h"
 #include "Console.h"
@@ -26,6 +27,7 @@ int main(int argc, char** argv) {
     try {
         quietLog();
         HBX::tool::useHome();
+        HBX::guardMappedFiles();
         return HBX::tool::runCommandLine(std::vector<std::string>(argv + 1, argv + argc));
     } catch (const HBX::tool::Failure& failure) {
         HBX::tool::complain(failure.what());

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
-#include <fstream>
 
 #include <HBXCommon/HBXErrorMessage.h>
+#include <HBXCore/internal/BootId.h>
 #include <HBXCore/internal/CacheAttachment.h>
 #include <HBXCore/internal/CacheHeader.h>
 #include <HBXCore/internal/FaultGuard.h>
@@ -21,27 +20,7 @@
 namespace HBX {
 
 using internal::CacheAttachment;
-
-namespace {
-
-using BootId = std::array<std::uint8_t, 16>;
-
-/// Changes with every start of the system.
-BootId readBootId() {
-    BootId id{};
-    std::ifstream file("/proc/sys/kernel/random/boot_id");
-    std::string text;
-    std::getline(file, text);
-    text.erase(std::remove(text.begin(), text.end(), '-'), text.end());
-    std::memcpy(id.data(), text.data(), std::min(text.size(), id.size()));
-    return id;
-}
-
-bool isThisBoot(const internal::SidecarHead& head) {
-    return std::memcmp(head.bootId, readBootId().data(), sizeof head.bootId) == 0;
-}
-
-} // namespace
+using internal::isThisBoot;
 
 HBXMemoryMappedFile::HBXMemoryMappedFile(std::size_t reservation, std::chrono::milliseconds patience)
     : reservation_(reservation), patience_(patience) {}
@@ -157,7 +136,7 @@ void HBXMemoryMappedFile::adopt(bool replaced) {
         head.device = device_;
         head.inode = inode_;
     }
-    std::memcpy(head.bootId, readBootId().data(), sizeof head.bootId);
+    internal::setThisBoot(head);
 }
 
 void* HBXMemoryMappedFile::remap(std::size_t size, void* address, const HBXMemoryMappedFile* previous) {

@@ -13,8 +13,9 @@ enum class RequestError {
     NoRequest = 1, ///< "data" does not hold one operator with one verb
     UnknownOperator = 2,
     UnknownVerb = 3,
-    BadArguments = 4, ///< an argument is missing, unreadable or out of range
-    NoAnswer = 5,     ///< the arguments are good, but there is nothing that could be answered
+    BadArguments = 4,  ///< an argument is missing, unreadable or out of range
+    NoAnswer = 5,      ///< the arguments are good, but there is nothing that could be answered
+    CacheUnusable = 6, ///< the environment cache cannot be opened, read or changed
 };
 
 struct RequestFailure {

@@ -233,6 +233,7 @@ CacheAttachment::~CacheAttachment() {
     if (sidecar_ == nullptr) {
         return;
     }
+    const int error = errno; // of the operation that failed, which is why we go
     if (isOurs()) {
         const Opening opening(*this, Patience{1000}); // without it the next one finds the slot by its lock
         if (opening.isHeld()) {
@@ -241,6 +242,7 @@ CacheAttachment::~CacheAttachment() {
     }
     range_.reset();
     munmap(sidecar_, sizeof(Sidecar));
+    errno = error;
 }
 
 CacheAttachment::Opening::Opening(CacheAttachment& attachment, Patience patience)

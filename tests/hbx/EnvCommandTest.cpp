@@ -1,0 +1,371 @@
+#include "ProgramTest.h"
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include <boost/smart_ptr/make_shared_object.hpp>
+#include <nlohmann/json.hpp>
+
+#include <HBXFunctionalityCore/environment/HBXEnvCache.h>
+
+namespace HBX {
+namespace {
+
+using Json = nlohmann::json;
+
+const std::string kHost = "00000000-0000-0000-0000-000000000001";
+const std::string kWeb = "00000000-0000-0000-0000-000000000002";
+const std::string kBare = "00000000-0000-0000-0000-000000000003";
+const std::string kNull = "00000000-0000-0000-0000-000000000000";
+
+struct Sample {
+    std::string eid;
+    std::string parent = kNull;
+    int state = 6;
+    std::string title = "";
+    std::string type = "";
+};
+
+std::string entryText(const Sample& env) {
+    const std::string type = env.type.empty() ? "" : "<env_type>" + env.type + "</env_type>";
+    const std::string name = env.title.empty() ? "" : "<name>" + env.title + "</name>";
+    return "<entry>" + type + "<env><eid>" + env.eid + "</eid><parent_eid>" + env.parent +
+           "</parent_eid><status><state>" + std::to_string(env.state) +
+           "</state></status><alert_type>0</alert_type><alert_type>2</alert_type><alert_type>0</alert_type>"
+           "<alert_type>0</alert_type><alert_type>1</alert_type><env_config>" +
+           name + "<odd>kept</odd></env_config></env></entry>";
+}
+
+class EnvCommandTest : public ProgramTest {
+protected:
+    const std::string cache_ = path("cache");
+
+    std::string messageOf(const std::vector<Sample>& envs) const {
+        std::string text;
+        for (const Sample& env : envs) {
+            text += entryText(env);
+        }
+        return write("env.xml", messageText("<data>" + text + "</data>"));
+    }
+    void put(const std::vector<Sample>& envs) const {
+        const Ended ended = env({"put", messageOf(envs)});
+        ASSERT_EQ(ended.code, 0) << ended.err;
+    }
+    void putThree() const {
+        put({{kHost, kNull, 6, "node", "host"},
+             {kWeb, kHost, 3, "web &#9;[2J\xC2\x9B", "lab"},
+             {kBare, kWeb}});
+    }
+    Ended env(Words words) const {
+        words.insert(words.begin(), "env");
+        words.insert(words.end(), {"--cache", cache_});
+        return run(words);
+    }
+    Json envJson(Words words) const {
+        words.emplace_back("--json");
+        const Ended ended = env(words);
+        return Json::parse(ended.out, nullptr, false);
+    }
+    /// Every verb that opens a cache, with operands that are good.
+    std::vector<Words> openingVerbs() const {
+        return {{"list"}, {"get", kHost}, {"put", messageOf({{kHost}})}, {"remove", kHost},
+                {"stat"}, {"readers"},    {"watch", "--timeout", "0"}};
+    }
+    Words files() const {
+        Words names = filesIn(path(""));
+        std::erase_if(names, [](const std::string& name) { return name.find("std") != std::string::npos; });
+        return names;
+    }
+};
+
+void overwrite(std::string& bytes, std::size_t offset, std::uint64_t value, std::size_t width) {
+    bytes.replace(offset, width, reinterpret_cast<const char*>(&value), width);
+}
+
+TEST_F(EnvCommandTest, ListsWhatWasPut) {
+    putThree();
+    EXPECT_EQ(env({"list"}).out,
+              "TITLE                                 TYPE     STATE    ALERT  PARENT     IDENTIFIER\n"
+              "node                                  host     running  red    -          " +
+                  kHost +
+                  "\n"
+                  "web ?[2J?                             lab      down     red    node       " +
+                  kWeb + "\n" + kBare + "  generic  running  red    web ?[2J?  " + kBare + "\n");
+    const struct {
+        Words options;
+        Words eids;
+    } rows[] = {
+        {{}, {kHost, kWeb, kBare}},
+        {{"--type", "lab"}, {kWeb}},
+        {{"--parent", kHost}, {kWeb}},
+        {{"--parent", kNull}, {kHost}},
+        {{"--state", "running"}, {kHost, kBare}},
+        {{"--state", "3"}, {kWeb}},
+        {{"--state", "running", "--parent", kWeb}, {kBare}},
+        {{"--type", "labs"}, {}},
+    };
+    for (const auto& row : rows) {
+        Words words = row.options;
+        words.insert(words.begin(), "list");
+        EXPECT_EQ(env(words).code, row.eids.empty() ? 1 : 0);
+        Words eids;
+        for (const Json& item : envJson(words)) {
+            eids.push_back(item["eid"]);
+        }
+        EXPECT_EQ(eids, row.eids);
+    }
+    EXPECT_EQ(envJson({"list"})[1], Json({{"eid", kWeb},
+                                          {"title", "web \t[2J\xC2\x9B"},
+                                          {"type", "lab"},
+                                          {"state", "down"},
+                                          {"transition", 0},
+                                          {"alert", "red"},
+                                          {"parent", kHost}}));
+}
+
+TEST_F(EnvCommandTest, WhatGetPrintsCanBePutAgain) {
+    putThree();
+    const Ended got = env({"get", kWeb});
+    EXPECT_NE(got.out.find("<odd>kept</odd>"), std::string::npos) << got.out;
+    const std::string copy = path("copy");
+    ASSERT_EQ(run({"env", "put", "--cache", copy, "-"}, {.in = write("got.xml", got.out)}).code, 0);
+    EXPECT_EQ(run({"env", "get", "--cache", copy, kWeb}).out, got.out);
+
+    const Json json = envJson({"get", kWeb});
+    EXPECT_EQ(json["env_type"], "lab");
+    EXPECT_EQ(json["env"]["status"]["state"], 3);
+    EXPECT_EQ(env({"get", "00000000-0000-0000-0000-000000000009"}).code, 1);
+    EXPECT_EQ(env({"get", "web"}).code, 2);
+}
+
+TEST_F(EnvCommandTest, ATypeComesFromOptionMessageCacheOrIsGeneric) {
+    const auto typeNow = [this] { return envJson({"list"})[0]["type"]; };
+    put({{kHost}});
+    EXPECT_EQ(typeNow(), "generic");
+    put({{kHost, kNull, 6, "", "lab"}});
+    EXPECT_EQ(typeNow(), "lab");
+    put({{kHost}});
+    EXPECT_EQ(typeNow(), "lab");
+    EXPECT_EQ(env({"put", messageOf({{kHost, kNull, 6, "", "lab"}}), "--type", "sixteen-bytes-ok"}).code, 0);
+    EXPECT_EQ(typeNow(), "sixteen-bytes-ok");
+    EXPECT_EQ(env({"put", messageOf({{kHost}}), "--type", "seventeen-bytes-no"}).code, 2);
+    EXPECT_EQ(env({"put", messageOf({{kNull}})}).code, 3);
+    EXPECT_EQ(env({"put", write("none.xml", messageText("<data/>"))}).code, 1);
+    EXPECT_EQ(env({"put", write("bad.xml", messageText("<env><eid>" + kHost + "</eid></env>"))}).code, 3);
+    EXPECT_EQ(typeNow(), "sixteen-bytes-ok");
+}
+
+TEST_F(EnvCommandTest, RemoveTellsWhatWasNotThere) {
+    putThree();
+    EXPECT_EQ(env({"remove", kHost, kWeb}).code, 0);
+    const Ended again = env({"remove", kHost, kBare});
+    EXPECT_EQ(again.code, 1);
+    EXPECT_EQ(again.err, "hbx: " + cache_ + ": there is no environment " + kHost + "\n");
+    EXPECT_EQ(env({"list"}).code, 1);
+    EXPECT_EQ(env({"check"}).code, 0);
+}
+
+TEST_F(EnvCommandTest, OnlyPutMakesAFile) {
+    std::vector<Words> verbs = openingVerbs();
+    verbs.push_back({"check"});
+    const Words before = files();
+    for (const Words& words : verbs) {
+        if (words[0] != "put") {
+            const Ended ended = env(words);
+            EXPECT_EQ(ended.code, 3) << words[0];
+            EXPECT_EQ(linesOf(ended.err), 1U) << ended.err;
+            EXPECT_EQ(files(), before) << words[0];
+        }
+    }
+    ASSERT_EQ(run({"env", "put", messageOf({{kHost}})}).code, 0);
+    EXPECT_TRUE(std::filesystem::exists(path("home/environments.cache"))); // HBX_HOME of the tests
+    EXPECT_EQ(run({"env", "list"}).code, 0);
+}
+
+TEST_F(EnvCommandTest, OtherPeoplesFilesStayAsTheyAre) {
+    put({{kHost}});
+    const std::string good = contentOf(cache_);
+    std::string twoConstants = good;
+    for (const std::size_t offset : {49U, 53U, 57U}) {
+        overwrite(twoConstants, offset, 0x41, 4);
+    }
+    for (const std::string& bytes : {std::string("my notes\n"), std::string(100'000, '\0'), twoConstants}) {
+        std::filesystem::remove(cache_ + ".lock");
+        write("cache", bytes);
+        const Words before = files();
+        for (const Words& words : openingVerbs()) {
+            const Ended ended = env(words);
+            EXPECT_EQ(ended.code, 3) << words[0] << ended.err;
+            EXPECT_EQ(ended.err, "hbx: " + cache_ + ": this is no cache file, it is left as it is\n");
+            EXPECT_EQ(contentOf(cache_), bytes);
+            EXPECT_EQ(files(), before);
+        }
+        EXPECT_EQ(env({"check"}).code, 5);
+        EXPECT_EQ(env({"put", "--force", messageOf({{kWeb}})}).code, 0);
+        EXPECT_EQ(envJson({"list"}).size(), 1U);
+    }
+    write("cache", good);
+    std::filesystem::create_symlink(cache_, path("link"));
+    EXPECT_EQ(run({"env", "list", "--cache", path("link")}).code, 6);
+    EXPECT_EQ(run({"env", "list", "--cache", path("")}).code, 3);
+    write("cache", std::string(4096, '\0')); // what a killed creator leaves
+    EXPECT_EQ(env({"put", messageOf({{kWeb}})}).code, 0);
+}
+
+TEST_F(EnvCommandTest, DamageIsToldAndLeftAlone) {
+    putThree();
+    const std::string good = contentOf(cache_);
+    const struct {
+        std::size_t offset;
+        std::uint64_t value;
+        std::size_t width;
+        const char* reason;
+        const char* finding;
+    } rows[] = {
+        {53, 78, 4, "the header size is wrong", ": offset 53: damage: the header size is 78 instead of 77\n"},
+        {49, 1, 4, "the signature is wrong",
+         ": offset 49: damage: the signature is 1 instead of 3402563075\n"},
+        {57, 8, 4, "the key size is wrong", ": offset 57: damage: the key size is 8 instead of 16\n"},
+        {73, 0, 4, "the file is marked as abandoned",
+         ": offset 73: damage: the file is marked as abandoned\n"},
+        {61, 1, 4, "the format constant is wrong", ": offset 61: "},
+        {65, 111, 4, "the value size is wrong",
+         ": offset 65: damage: the value size is 111 instead of 112\n"},
+        {40, 0, 8, "there is no readable state", ": offset 40: damage: there is no current snapshot\n"},
+        {40, 4080, 8, "there is no readable state", ": offset 4080: damage: "},
+    };
+    for (const auto& row : rows) {
+        std::string bad = good;
+        overwrite(bad, row.offset, row.value, row.width);
+        write("cache", bad);
+        const Ended checked = env({"check"});
+        EXPECT_EQ(checked.code, 5);
+        EXPECT_EQ(checked.out.rfind(cache_ + row.finding, 0), 0U) << checked.out;
+        EXPECT_EQ(envJson({"check"})["verdict"], "damaged");
+        for (const Words& words : openingVerbs()) {
+            const Ended ended = env(words);
+            EXPECT_EQ(ended.code, 5) << words[0] << ended.err;
+            EXPECT_NE(ended.err.find(row.reason), std::string::npos) << ended.err;
+            EXPECT_EQ(linesOf(ended.err), 1U);
+        }
+        EXPECT_EQ(contentOf(cache_), bad);
+        EXPECT_EQ(env({"put", "--force", messageOf({{kWeb}})}).code, 0);
+        EXPECT_EQ(envJson({"list"}).size(), 1U);
+    }
+}
+
+TEST_F(EnvCommandTest, WhatTheNextOpenerRepairsIsNoDamage) {
+    putThree();
+    std::string bytes = contentOf(cache_);
+    overwrite(bytes, 8, 64, 8); // bytes in used blocks
+    write("cache", bytes);
+    const Ended checked = env({"check"});
+    EXPECT_EQ(checked.code, 0);
+    EXPECT_NE(checked.out.find(": offset 0: repairable: "), std::string::npos) << checked.out;
+    EXPECT_EQ(envJson({"check"})["verdict"], "repairable");
+    EXPECT_EQ(envJson({"list"}).size(), 3U);
+    EXPECT_EQ(envJson({"check"})["verdict"], "in order");
+    EXPECT_EQ(contentOf(cache_).size(), bytes.size());
+}
+
+TEST_F(EnvCommandTest, StatAndReadersTellWhoHoldsWhat) {
+    putThree();
+    EXPECT_EQ(env({"readers"}).out, "no process uses it\n");
+    const auto cache = HBXEnvCache::createInstance(cache_, boost::make_shared<HBXEnvCache::PreProcess>());
+    ASSERT_NE(cache, nullptr);
+    const auto list = cache->getEnvList();
+    put({{kHost, kNull, 3}}); // makes the list one of an earlier state
+    const auto present = cache->getEnvList();
+
+    const Json stat = envJson({"stat"});
+    HBXCacheStatus status;
+    ASSERT_EQ(cache->getStatus(status), 0);
+    EXPECT_EQ(stat["environments"], 3);
+    EXPECT_EQ(stat["size"], std::filesystem::file_size(cache_));
+    EXPECT_EQ(stat["live_data"], cache->getAchiveableSize());
+    EXPECT_EQ(stat["allocated"], cache->getTotalAllocatedSize());
+    EXPECT_EQ(stat["changes"], status.changes);
+    EXPECT_EQ(stat["states_held"], 2);
+    ASSERT_EQ(stat["holders"].size(), 2U);
+    EXPECT_NE(stat["holders"][0]["current"], stat["holders"][1]["current"]);
+    EXPECT_EQ(stat["holders"][0]["pid"], getpid());
+    EXPECT_EQ(stat["holders"][0]["lists"], 1);
+    EXPECT_LE(stat["holders"][0]["seconds"], 60);
+    EXPECT_NE(env({"stat"}).out.find(" holds 1 list of an earlier state for "), std::string::npos);
+
+    const Json readers = envJson({"readers"});
+    ASSERT_EQ(readers.size(), 1U);
+    EXPECT_EQ(readers[0]["pid"], getpid());
+    EXPECT_EQ(readers[0]["lists"], 2);
+    EXPECT_EQ(envJson({"check"})["verdict"], "in order");
+    EXPECT_EQ(envJson({"check"})["in_use"], true);
+}
+
+/// Lines of a file that another process writes, once there are enough.
+Words waitForLines(const std::string& file, std::size_t count) {
+    std::string text;
+    for (int i = 0; i < 1000 && linesOf(text) < count; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        text = contentOf(file);
+    }
+    std::istringstream lines(text);
+    Words found;
+    for (std::string line; std::getline(lines, line);) {
+        found.push_back(line);
+    }
+    return found;
+}
+
+TEST_F(EnvCommandTest, WatchSeesWhatOtherProcessesDo) {
+    putThree();
+    const Streams streams = {.out = path("watch.out"), .err = "watch.err"};
+    const pid_t watcher = start({"env", "watch", "--cache", cache_}, streams);
+    for (int i = 0; i < 1000 && env({"readers"}).out.find("hbx") == std::string::npos; ++i) {
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(200)); // from being attached to the first look
+    put({{kHost, kNull, 3, "node", "host"}});
+    ASSERT_EQ(waitForLines(streams.out, 1).size(), 1U);
+    env({"remove", kHost});
+    ASSERT_EQ(waitForLines(streams.out, 2).size(), 2U);
+    put({{kHost, kNull, 3, "node", "host"}, {kBare, kHost, 5, "bare"}});
+    const Words lines = waitForLines(streams.out, 4);
+    ::kill(watcher, SIGINT);
+    const Ended ended = end(watcher, streams);
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.err, "");
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[0], "~ node " + kHost + ": state \"running\" -> \"down\"");
+    EXPECT_EQ(lines[1], "- node " + kHost);
+    EXPECT_EQ(lines[2], "+ node " + kHost);
+    EXPECT_EQ(lines[3], "~ bare " + kBare + ": title \"" + kBare +
+                            "\" -> \"bare\", state \"running\" -> "
+                            "\"suspended\", parent \"" +
+                            kWeb + "\" -> \"" + kHost + "\", configuration");
+}
+
+TEST_F(EnvCommandTest, WatchEndsAfterACountOrATime) {
+    putThree();
+    EXPECT_EQ(env({"watch", "--timeout", "0.1"}).code, 0);
+    EXPECT_EQ(env({"watch", "--timeout", "0.1", "--count", "1"}).code, 4);
+    EXPECT_EQ(env({"watch", "--timeout=-1"}).code, 2);
+    EXPECT_EQ(env({"watch", "--count", "0"}).code, 2);
+
+    const Streams streams = {.out = path("watch.out"), .err = "watch.err"};
+    const pid_t watcher = start({"env", "watch", "--json", "--count", "2", "--cache", cache_}, streams);
+    int status = 0;
+    for (int state = 10; waitpid(watcher, &status, WNOHANG) == 0; ++state) {
+        put({{kHost, kNull, state, "node", "host"}});
+    }
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    const Words lines = waitForLines(streams.out, 2);
+    ASSERT_EQ(lines.size(), 2U);
+    const Json change = Json::parse(lines[0]);
+    EXPECT_EQ(change["change"], "changed");
+    EXPECT_EQ(change["environment"]["eid"], kHost);
+    EXPECT_EQ(change["what"][0]["member"], "state");
+    EXPECT_EQ(change["what"][0]["after"], change["environment"]["state"]);
+}
+
+} // namespace
+} // namespace HBX
