@@ -376,6 +376,7 @@ int HBXCacheLogicBase::recover(Storage& storage) {
         }
     });
     std::vector<internal::CacheRoot> roots;
+    roots.reserve(counts.size());
     for (const auto& [offset, references] : counts) {
         roots.push_back({offset, references});
     }
