@@ -1,7 +1,6 @@
 #pragma once
 
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,8 +12,10 @@
 namespace HBX::test {
 
 inline std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    std::string content(file ? static_cast<std::size_t>(file.tellg()) : 0, '\0');
+    file.seekg(0).read(content.data(), static_cast<std::streamsize>(content.size()));
+    return content;
 }
 
 /// Overwrites what the file holds, without making it a new one.
