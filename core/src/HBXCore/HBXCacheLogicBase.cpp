@@ -509,6 +509,7 @@ void* HBXCacheLogicBase::copyBytes(const void* key) {
         if (entry == nullptr || entry->value == 0) {
             return 0;
         }
+        content.prefetchValue(entry->value);
         std::size_t length = 0;
         const HBXCachedItem& value = content.valueAt(entry->value, length);
         copy = std::malloc(length); // all of it is written
