@@ -7,6 +7,7 @@
 #include <boost/smart_ptr/make_shared_object.hpp>
 #include <nlohmann/json.hpp>
 
+#include <HBXCore/HBXMemoryMappedFile.h>
 #include <HBXFunctionalityCore/environment/HBXEnvCache.h>
 
 namespace HBX {
@@ -300,6 +301,19 @@ TEST_F(EnvCommandTest, StatAndReadersTellWhoHoldsWhat) {
     EXPECT_EQ(readers[0]["lists"], 2);
     EXPECT_EQ(envJson({"check"})["verdict"], "in order");
     EXPECT_EQ(envJson({"check"})["in_use"], true);
+}
+
+TEST_F(EnvCommandTest, ALockThatIsNotLetGoIsToldAndTheCacheStays) {
+    putThree();
+    HBXMemoryMappedFile file;
+    ASSERT_NE(file.map(cache_, HBXMemoryMappedFile::getMemoryPageSize(), kSharedMapping), nullptr);
+    ASSERT_EQ(file.lock(false), 0);
+    const Ended ended = env({"list"});
+    EXPECT_EQ(ended.code, 4);
+    EXPECT_EQ(ended.err.rfind("hbx: " + cache_ + ": locked: ", 0), 0U) << ended.err;
+    EXPECT_EQ(env({"check"}).code, 0); // needs no lock
+    file.unlock();
+    EXPECT_EQ(env({"list"}).code, 0);
 }
 
 /// Lines of a file that another process writes, once there are enough.

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
 
 #include <HBXCommon/HBXErrorMessage.h>
 #include <HBXCore/HBXCacheCheck.h>
+#include <HBXCore/HBXMemoryMappedFile.h>
 
 #include "Console.h"
 #include "Home.h"
@@ -33,7 +35,7 @@ constexpr CodeRow kCodes[] = {
     {-1, ExitCode::OutputFailed, "no room: the memory, the disk or the file's maximum is used up", kNoRoom},
     {-2, ExitCode::InvalidInput, "the file cannot be mapped", ""},
     {-8, ExitCode::Damaged, "damaged: there is no readable state of the environments", kRebuild},
-    {-9, ExitCode::LockedOrTimedOut, "locked: a process has not let go of the lock for a minute",
+    {-9, ExitCode::LockedOrTimedOut, "locked: a process does not let go of the lock",
      "; look for a stopped process that has the file open"},
     {-10, ExitCode::OutputFailed, "the file has grown and cannot be mapped again",
      "; give the process more memory"},
@@ -78,10 +80,28 @@ void makeFolderOf(const std::string& path) {
     }
 }
 
+/// The library gives a cache up when it does not get the lock. People are to look for the culprit first, so
+/// they are told before it tries, and sooner.
+int tryLock(const std::string& path) {
+    constexpr std::chrono::seconds kPatience{10};
+    HBXMemoryMappedFile file(0, kPatience);
+    if (file.map(path, HBXMemoryMappedFile::getMemoryPageSize(), kSharedMapping) == nullptr) {
+        return -2;
+    }
+    if (file.lock(false) != 0) {
+        return -9;
+    }
+    file.unlock();
+    return 0;
+}
+
 /// Whether the file can be opened as it is; the code when not.
 int tryOpen(const std::string& path) {
     clearErrorMessage();
     errno = 0;
+    if (const int code = tryLock(path); code != 0) {
+        return code;
+    }
     const boost::intrusive_ptr<Probe> probe(new Probe(path));
     return probe->initialize(true, false);
 }

@@ -100,6 +100,7 @@ int HBXCacheLogicBase::initialize(bool keepWritable, bool invalidateOnFailure) {
     if (gate_->lock() != 0) {
         manager_->file().abandon();
         forget(storage);
+        gate_ = nullptr; // nobody can have a list yet, so the end of the object need not wait for the lock
         return kNotLocked;
     }
     int result = kFailed;
