@@ -513,7 +513,7 @@ void* HBXCacheLogicBase::copyBytes(const void* key) {
         content.prefetchValue(entry->value);
         std::size_t length = 0;
         const HBXCachedItem& value = content.valueAt(entry->value, length);
-        copy = std::malloc(length); // all of it is written
+        copy = std::calloc(1, length);
         if (copy != nullptr) {
             std::memcpy(copy, &value, length);
             *static_cast<HBXCachedItem*>(copy) = HBXCachedItem();
