@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include <HBXCommon/HBXErrorMessage.h>
+#include <HBXCommon/internal/HBXDescriptor.h>
 #include <HBXCore/internal/BootId.h>
 #include <HBXCore/internal/CacheAttachment.h>
 #include <HBXCore/internal/CacheHeader.h>
@@ -21,6 +22,16 @@ namespace HBX {
 
 using internal::CacheAttachment;
 using internal::isThisBoot;
+
+namespace {
+
+bool isFitToMap(const std::string& name) {
+    struct stat status {};
+    const HBXDescriptor file(internal::openPlainFile(name, false, status));
+    return file.isOpen() || errno == ENOENT;
+}
+
+} // namespace
 
 HBXMemoryMappedFile::HBXMemoryMappedFile(std::size_t reservation, std::chrono::milliseconds patience)
     : reservation_(reservation), patience_(patience) {}
@@ -61,6 +72,9 @@ void* HBXMemoryMappedFile::map(const std::string& name, std::size_t size, const 
     if (memory_ != nullptr || options != kSharedMapping) {
         errno = EINVAL;
         failWithErrno("map", name);
+        return nullptr;
+    }
+    if (!isFitToMap(name)) { // before a lock file is put beside it
         return nullptr;
     }
     attachment_ = CacheAttachment::attach(name, patience_);
