@@ -1,6 +1,7 @@
 #pragma once
 
 #include <bit>
+#include <compare>
 #include <cstdint>
 #include <cstring>
 
