@@ -5,6 +5,7 @@
 #include <cstring>
 #include <ctime>
 #include <map>
+#include <new>
 #include <thread>
 
 #include <boost/weak_ptr.hpp>
@@ -211,9 +212,8 @@ int CacheAttachment::reattach(Patience patience) {
 /// Under the lock of the registry. The name may have gone to another file, whose locks would say nothing
 /// about our tables.
 int CacheAttachment::attachAgain(Patience patience) {
-    // A thread that exists only in the parent may have the inherited one: it is left as it is.
-    static_cast<void>(opening_.release());
-    opening_ = std::make_unique<std::timed_mutex>();
+    // A thread that exists only in the parent may have the inherited one.
+    ::new (&opening_) std::timed_mutex();
     struct stat status {};
     const int descriptor = openPlainFile(path_, false, status);
     if (descriptor < 0) {
@@ -246,7 +246,7 @@ CacheAttachment::~CacheAttachment() {
 }
 
 CacheAttachment::Opening::Opening(CacheAttachment& attachment, Patience patience)
-    : attachment_(attachment), threads_(*attachment.opening_, patience) {
+    : attachment_(attachment), threads_(attachment.opening_, patience) {
     errno = ETIMEDOUT;
     held_ = threads_.owns_lock() && waitForByte(attachment.descriptor_.get(), kOpeningByte, patience) == 0;
 }

@@ -140,7 +140,7 @@ private:
     std::atomic<std::uint64_t> fork_{kNoFork};
     std::uint64_t lastRow_ = 0; ///< Where the last pin was found; under the lock.
     /// Among the threads of this process, which share the descriptor's locks.
-    std::unique_ptr<std::timed_mutex> opening_ = std::make_unique<std::timed_mutex>();
+    std::timed_mutex opening_;
 };
 
 } // namespace HBX::internal
