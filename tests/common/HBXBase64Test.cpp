@@ -45,15 +45,16 @@ TEST(Base64, RoundTripsEveryLength) {
 }
 
 TEST(Base64, PassesOverBlanksAnywhere) {
-    const std::string bytes("\x00\xFF text of more than sixteen bytes", 34);
-    const std::string text = encoded(bytes);
+    const std::string text = encoded("text of more than sixteen bytes");
     std::string back;
     for (std::size_t at = 0; at <= text.size(); ++at) {
         EXPECT_TRUE(base64Decode(std::string(text).insert(at, "\r\n \t"), back)) << at;
-        EXPECT_EQ(back, bytes) << at;
+        EXPECT_EQ(back, "text of more than sixteen bytes") << at;
     }
     EXPECT_TRUE(base64Decode(" \n", back));
     EXPECT_EQ(back, "");
+    EXPECT_TRUE(base64Decode("AA = =\n", back));
+    EXPECT_EQ(back, std::string(1, '\0'));
 }
 
 /// Every byte that is neither digit nor blank, at every position, in the long steps and in the last group.
@@ -79,9 +80,6 @@ TEST(Base64, RefusesWhatIsNotCanonical) {
         EXPECT_FALSE(base64Decode(text, back)) << text;
         EXPECT_EQ(back, "old");
     }
-    std::string back;
-    EXPECT_TRUE(base64Decode("AA = =\n", back));
-    EXPECT_EQ(back, std::string(1, '\0'));
 }
 
 } // namespace

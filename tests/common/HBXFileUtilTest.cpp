@@ -78,22 +78,17 @@ TEST_F(FileTest, ReadsFilesThatReportNoSize) {
     EXPECT_NE(content("/proc/self/status").find("Pid:"), std::string::npos);
 }
 
-TEST_F(FileTest, WritingKeepsTheModeOfTheOldFile) {
+TEST_F(FileTest, WritingKeepsModeAndLink) {
     const mode_t umaskBefore = ::umask(027);
     ASSERT_EQ(writeFileAtomic(at("f"), "new"), 0);
     EXPECT_EQ(modeOf(at("f")), 0640U);
     fs::permissions(at("f"), fs::perms(0606));
-    ASSERT_EQ(writeFileAtomic(at("f"), "newer"), 0);
-    EXPECT_EQ(modeOf(at("f")), 0606U);
+    fs::create_symlink("f", folder / "link");
+    ASSERT_EQ(writeFileAtomic(at("link"), "newer"), 0);
     ::umask(umaskBefore);
-}
-
-TEST_F(FileTest, WritingBehindALinkKeepsTheLink) {
-    writeFileAtomic(at("real"), "old");
-    fs::create_symlink("real", folder / "link");
-    ASSERT_EQ(writeFileAtomic(at("link"), "new"), 0);
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
-    EXPECT_EQ(content(at("real")), "new");
+    EXPECT_EQ(content(at("f")), "newer");
+    EXPECT_EQ(modeOf(at("f")), 0606U);
 }
 
 TEST_F(FileTest, WriteFailuresLeaveTheOldFileAndNothingElse) {

@@ -45,39 +45,31 @@ TEST(ThreadStorage, HoldsAValuePerThreadAndObjectUntilTheThreadEnds) {
 TEST(ThreadLock, KeepsOthersOut) {
     HBXLock lock;
     int counter = 0;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&] {
+    std::vector<std::jthread> threads(4);
+    for (auto& thread : threads)
+        thread = std::jthread([&] {
             for (int n = 0; n < 1000; ++n) {
                 const HBXLockGuard guard(lock);
                 ++counter;
             }
         });
-    for (auto& thread : threads)
-        thread.join();
+    threads.clear();
     EXPECT_EQ(counter, 4000);
-
     const HBXLockGuard guard(lock);
-    std::thread([&] { EXPECT_FALSE(lock.try_lock()); }).join();
+    std::jthread([&] { EXPECT_FALSE(lock.try_lock()); });
 }
 
-TEST(ThreadErrorMessage, BelongsToItsThread) {
-    setErrorMessage("mine");
-    std::thread([] {
-        EXPECT_EQ(getErrorMessage(), "");
-        setErrorMessage("theirs");
-    }).join();
-    EXPECT_EQ(getErrorMessage(), "mine");
-    clearErrorMessage();
-    EXPECT_EQ(getErrorMessage(), "");
-}
-
-TEST(ErrorMessage, NamesActionObjectAndCause) {
+TEST(ErrorMessage, NamesActionObjectAndCauseAndBelongsToItsThread) {
     errno = EACCES;
     EXPECT_EQ(failWithErrno("open", "/a/b"), -1);
     EXPECT_EQ(errno, EACCES);
+    std::jthread([] {
+        EXPECT_EQ(getErrorMessage(), "");
+        setErrorMessage("theirs");
+    }).join();
     EXPECT_EQ(getErrorMessage(), "Cannot open \"/a/b\": Permission denied");
-    EXPECT_EQ(errnoText(0), "Success");
+    clearErrorMessage();
+    EXPECT_EQ(getErrorMessage(), "");
 }
 
 TEST(InstanceFolders, ComeFromTheProviderOrElseFromTheBuild) {

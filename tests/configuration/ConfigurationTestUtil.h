@@ -1,31 +1,28 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include <HBXFunctionalityCore/configuration/HBXConfiguration.h>
 
-#include "support/MessageTestUtil.h"
+#include "support/ScratchFolder.h"
+#include "support/TextMessage.h"
 
 namespace HBX::test {
 
 inline std::string agentFile() { return HBX_SOURCE_DIR "/samples/agent.xml"; }
 
-/// A whole message around the content of its root.
-inline std::string messageText(const std::string& content) {
-    return R"(<message xmlns:hbx="urn:hbx:message" hbx:v="1">)" + content + "</message>";
-}
-
 /// A configuration out of the content of its root.
 inline HBXConfiguration configured(const std::string& content) {
-    const Message message = newMessage();
-    EXPECT_EQ(message->fromText(messageText(content).c_str(), nullptr), 0) << content;
-    return HBXConfiguration(message.get());
+    return HBXConfiguration(textMessage(content).get());
+}
+
+/// The same of one section, out of its settings.
+inline HBXConfiguration withSection(const std::string& section, const std::string& settings) {
+    return configured("<data><" + section + "><configuration>" + settings + "</configuration></" + section +
+                      "></data>");
 }
 
 /// The tree as one text, without what surrounds it in every message.
@@ -36,11 +33,16 @@ inline std::string treeOf(const HBXConfiguration& configuration) {
     return end == std::string::npos ? "" : text.substr(begin, end - begin);
 }
 
+inline HBXEID eid(int number) { return HBXEID(HBXGUID(1, number)); }
+inline std::string idText(int number) { return "<id>" + eid(number).toString() + "</id>"; }
+
 /// An iterator that lets its protected steps be seen.
 class OpenIterator : public HBXConfigurationIterator {
 public:
-    explicit OpenIterator(const HBXConfiguration& configuration)
-        : HBXConfigurationIterator(configuration.getMessage()) {}
+    explicit OpenIterator(const HBXConfiguration& configuration, const std::string& path = "/")
+        : HBXConfigurationIterator(configuration.getMessage()) {
+        seek(path);
+    }
     using HBXConfigurationIterator::restorePath;
     using HBXConfigurationIterator::savePath;
 
@@ -58,33 +60,6 @@ public:
     }
 };
 
-/// A folder that is gone after the test.
-class FolderTest : public testing::Test {
-protected:
-    FolderTest() {
-        std::string pattern = testing::TempDir() + "hbx-configuration-XXXXXX";
-        folder_ = mkdtemp(pattern.data());
-    }
-    ~FolderTest() override { std::filesystem::remove_all(folder_); }
-
-    [[nodiscard]] std::string path(const std::string& name) const { return folder_ / name; }
-
-    [[nodiscard]] std::string write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(path(name), std::ios::binary) << bytes;
-        return path(name);
-    }
-
-    [[nodiscard]] static std::string contentOf(const std::string& file) {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    [[nodiscard]] std::ptrdiff_t files() const {
-        return std::distance(std::filesystem::directory_iterator(folder_), {});
-    }
-
-private:
-    std::filesystem::path folder_;
-};
+class ConfigurationFile : public testing::Test, protected ScratchFolder {};
 
 } // namespace HBX::test

@@ -33,7 +33,6 @@ TEST(QoS, ParsesOneNumberOrTwo) {
         EXPECT_EQ(qos.barrier.get(), row.barrier) << row.text;
         EXPECT_EQ(qos.limit, row.limit) << row.text;
     }
-    EXPECT_EQ(HBXQoS("3:4").limit, 4);
     EXPECT_FALSE(HBXQoS("x").barrier.isSet());
     EXPECT_EQ(HBXQoS::unlimited, kMost);
 }
@@ -66,74 +65,55 @@ TEST(IPAddress, KeepsDottedMasksAsPrefixLengthsAndSendsThemDotted) {
         {"10.0.0.1", "0.0.0.0", "0", "0.0.0.0"},
         {"10.0.0.1", "33", "33", "33"},
         {"10.0.0.1", "no.mask", "no.mask", "no.mask"},
-        {"fe80::1", "64", "64", "64"},
+        {"10.0.0.1", "", "9", "absent"}, // what is absent stays
+        {"fe80::1", "24", "24", "24"},
         {"fe80::1", "255.255.0.0", "255.255.0.0", "255.255.0.0"},
         {"name", "16", "16", "255.255.0.0"},
     };
     for (const auto& row : rows) {
-        const HBXIPAddress address(row.address, row.mask);
-        EXPECT_EQ(address.toStringWithNetwork(), row.address + '/' + row.kept);
         const Cursor it = newCursor();
-        EXPECT_EQ(it->putObject(address, 1008), 0);
-        it->seek(1008);
-        std::string sent;
-        EXPECT_EQ(it->getValue(sent, 1784), 0);
-        EXPECT_EQ(sent, row.sent);
-        HBXIPAddress back;
+        EXPECT_EQ(it->putObject(HBXIPAddress(row.address, row.mask), 0), 0);
+        std::string sent = "absent";
+        it->getValue(sent, 1784);
+        EXPECT_EQ(sent, row.sent) << row.mask;
+        HBXIPAddress back("", 9);
         EXPECT_EQ(it->getObject(back, 0), 0);
-        EXPECT_EQ(back, address) << row.mask;
+        EXPECT_EQ(back.toStringWithNetwork(), row.address + '/' + row.kept);
+        it->deleteChild(1262);
+        EXPECT_EQ(it->getObject(back, 0), -1) << "the address itself must be there";
     }
     EXPECT_EQ(HBXIPAddress("10.0.0.1", 24), HBXIPAddress("10.0.0.1", "255.255.255.0"));
-}
-
-TEST(IPAddress, TravelsWithoutNetmask) {
-    const Cursor it = newCursor();
-    it->putObject(HBXIPAddress("10.0.0.1"), 1008);
-    it->seek(1008);
-    EXPECT_EQ(it->seekPresence(1784), -1);
-    HBXIPAddress back;
-    back.netmask = "9";
-    EXPECT_EQ(it->getObject(back, 0), 0);
-    EXPECT_EQ(back.toStringWithNetwork(), "10.0.0.1/9") << "what is absent stays";
     EXPECT_EQ(HBXIPAddress("10.0.0.1").toStringWithNetwork(), "10.0.0.1");
-    it->deleteChild(1262);
-    EXPECT_EQ(it->getObject(back, 0), -1);
 }
 
-TEST(VtSettings, LeavesAnEmptyDescriptionOut) {
+TEST(VtSettings, LeavesOutAnEmptyDescriptionAndAVersionThatCannotBeRead) {
     const Cursor it = newCursor();
     HBXVtSettings settings;
-    EXPECT_EQ(it->putObject(settings, 0), 0);
-    EXPECT_EQ(it->firstChild(), -1);
-    settings.description = "text";
     settings.version = HBXVtVersion{"p", "a", "t"};
     EXPECT_EQ(it->putObject(settings, 0), 0);
-    HBXVtSettings back;
-    EXPECT_EQ(it->getObject(back, 0), 0);
-    EXPECT_EQ(back, settings);
+    EXPECT_EQ(it->seekPresence(1496), -1);
     it->seek(1897);
     it->deleteChild(2103);
     it->seekRoot();
-    back.version.reset();
-    EXPECT_EQ(it->getObject(back, 0), 0);
-    EXPECT_FALSE(back.version.isSet()) << "a version that cannot be read is none";
+    settings.version.reset();
+    EXPECT_EQ(it->getObject(settings, 0), 0);
+    EXPECT_FALSE(settings.version.isSet());
 }
 
 TEST(AlertType, IsANumberWithoutMarks) {
     const Cursor it = newCursor();
+    auto back = HBXAlertData::RED;
+    EXPECT_NE(HBXAlertTypeReader()(*it, back), 0);
+    EXPECT_EQ(back, HBXAlertData::RED);
     for (const int level : {0, 3, 77, -1}) {
         const auto type = static_cast<HBXAlertData::AlertType>(level);
         EXPECT_EQ(HBXWriterIDT(HBXAlertTypeWriter(), 1003)(*it, type), 0);
         it->seek(1003);
         EXPECT_EQ(it->curType(), "");
-        HBXAlertData::AlertType back{};
         EXPECT_EQ(HBXAlertTypeReader()(*it, back), 0);
         EXPECT_EQ(back, type);
         it->deleteFromChild();
     }
-    HBXAlertData::AlertType kept = HBXAlertData::RED;
-    EXPECT_NE(HBXAlertTypeReader()(*it, kept), 0);
-    EXPECT_EQ(kept, HBXAlertData::RED);
 }
 
 } // namespace

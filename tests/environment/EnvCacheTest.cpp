@@ -1,40 +1,15 @@
-#include <filesystem>
-
 #include <gtest/gtest.h>
 
 #include <HBXCommon/HBXLog.h>
 
 #include "EnvTestUtil.h"
+#include "support/ScratchFolder.h"
 
 #include <unistd.h>
 
 namespace HBX::test {
 
 namespace {
-
-/// Answers what a test tells it to, and notes what it is asked.
-class TellingUpdater : public HBXEnvUpdater {
-public:
-    int insert(const HBXEnv&) override { return note("insert", result); }
-    int update(const HBXEnv&) override { return note("update", result); }
-    int remove(const HBXEnv&) override { return note("remove", result); }
-    int check(const HBXEnv&) override { return note("check", checkResult); }
-    int sync(const std::set<HBXEID, HBXEnvIDComparator>& eids) override {
-        synced = eids;
-        return note("sync", result);
-    }
-
-    std::string asked;
-    int result = 0;
-    int checkResult = 0;
-    std::set<HBXEID, HBXEnvIDComparator> synced;
-
-private:
-    int note(const char* what, int answer) {
-        asked += std::string(what) + ' ';
-        return answer;
-    }
-};
 
 HBXEID eidOf(std::int64_t number) { return HBXEID(HBXGUID(number, number)); }
 
@@ -45,13 +20,9 @@ HBXEnv envOf(std::int64_t number, const std::string& name, const char* type = "t
     return env;
 }
 
-class EnvCacheTest : public testing::Test {
+class EnvCacheTest : public testing::Test, protected ScratchFolder {
 protected:
     void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "hbx-env-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder_ = pattern;
-        name_ = folder_ + "/cache";
         initEnvCache(name_, true);
         HBXEnvFactory::getInstance().registerEnvUpdater("told", updater_);
         sink_ = setLogSink([this](const HBXLogLine& line) {
@@ -64,7 +35,6 @@ protected:
         setLogSink(sink_);
         HBXEnvFactory::getInstance().clear();
         finiEnvCache();
-        std::filesystem::remove_all(folder_);
     }
     /// What was written since the last time, without the tracing of readers and writers.
     std::string takeLog() {
@@ -83,17 +53,21 @@ protected:
         return env == nullptr ? "absent" : env->getTitle();
     }
 
-    std::string folder_;
-    std::string name_;
+    const std::string name_ = path("cache");
     boost::shared_ptr<TellingUpdater> updater_ = boost::make_shared<TellingUpdater>();
     std::string log_;
     HBXLogSink sink_;
 };
 
-const std::string kOne = eidOf(1).toString();
-
 TEST_F(EnvCacheTest, AsksTheUpdaterBeforeEachChange) {
-    struct Row {
+    const auto insertOne = [](HBXEnvCache& cache) { return cache.insert(envOf(1, "one")); };
+    const auto updateOne = [](HBXEnvCache& cache) { return cache.update(envOf(1, "first")); };
+    const auto removeOne = [](HBXEnvCache& cache) { return cache.remove(eidOf(1)); };
+    const auto told = [](int level, const std::string& verb, int code) {
+        return std::to_string(level) + " EnvCache::" + verb + " called for " + eidOf(1).toString() +
+               ", returning " + std::to_string(code) + ".\n";
+    };
+    const struct {
         const char* what;
         int (*work)(HBXEnvCache& cache);
         int check;
@@ -102,38 +76,24 @@ TEST_F(EnvCacheTest, AsksTheUpdaterBeforeEachChange) {
         const char* asked;
         std::string log;
         const char* title; ///< Of environment 1 afterwards.
-    };
-    const auto insertOne = [](HBXEnvCache& cache) { return cache.insert(envOf(1, "one")); };
-    const auto updateOne = [](HBXEnvCache& cache) { return cache.update(envOf(1, "first")); };
-    const auto removeOne = [](HBXEnvCache& cache) { return cache.remove(eidOf(1)); };
-    const Row rows[] = {
-        {"refused insert", insertOne, 0, 7, 7, "check insert ",
-         "2 EnvCache::insert called for " + kOne + ", returning 7.\n", "absent"},
-        {"unwanted insert", insertOne, 5, 7, 0, "check ",
-         "4 EnvCache::insert called for " + kOne + ", returning 0.\n", "one"},
-        {"refused update", updateOne, 0, -3, -3, "check update ",
-         "2 EnvCache::update called for " + kOne + ", returning -3.\n", "one"},
-        {"update", updateOne, 0, 0, 0, "check update ",
-         "4 EnvCache::update called for " + kOne + ", returning 0.\n", "first"},
-        {"refused remove", removeOne, 5, 9, 9, "remove ",
-         "2 EnvCache::remove called for " + kOne + ", returning 9.\n", "first"},
-        {"remove", removeOne, 0, 0, 0, "remove ",
-         "4 EnvCache::remove called for " + kOne + ", returning 0.\n", "absent"},
+    } rows[] = {
+        {"refused insert", insertOne, 0, 7, 7, "check insert ", told(2, "insert", 7), "absent"},
+        {"unwanted insert", insertOne, 5, 7, 0, "check ", told(4, "insert", 0), "one"},
+        {"refused update", updateOne, 0, -3, -3, "check update ", told(2, "update", -3), "one"},
+        {"update", updateOne, 0, 0, 0, "check update ", told(4, "update", 0), "first"},
+        {"refused remove", removeOne, 5, 9, 9, "remove ", told(2, "remove", 9), "first"},
+        {"remove", removeOne, 0, 0, 0, "remove ", told(4, "remove", 0), "absent"},
         {"remove of nothing", removeOne, 0, 9, 0, "", "", "absent"},
-        {"update of nothing", updateOne, 0, 0, 0, "check update ",
-         "4 EnvCache::update called for " + kOne + ", returning 0.\n", "first"},
-        {"insert over it", insertOne, 0, 0, 0, "check insert ",
-         "4 EnvCache::insert called for " + kOne + ", returning 0.\n", "one"},
+        {"update of nothing", updateOne, 0, 0, 0, "check update ", told(4, "update", 0), "first"},
+        {"insert over it", insertOne, 0, 0, 0, "check insert ", told(4, "insert", 0), "one"},
         {"null identifier", [](HBXEnvCache& cache) { return cache.insert(envOf(0, "none")); }, 0, 0, -1, "",
          "", "one"},
         {"unknown type", [](HBXEnvCache& cache) { return cache.insert(envOf(1, "other", "other")); }, 0, 0, 0,
-         "",
-         "4 EnvUpdater is not found for 'other'.\n4 EnvCache::insert called for " + kOne + ", returning 0.\n",
-         "other"},
+         "", "4 EnvUpdater is not found for 'other'.\n" + told(4, "insert", 0), "other"},
     };
     const auto cache = envCache();
     ASSERT_NE(cache, nullptr);
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         updater_->asked.clear();
         updater_->checkResult = row.check;
         updater_->result = row.result;
@@ -244,7 +204,7 @@ TEST_F(EnvCacheTest, HandsChildrenToTheGenericUpdater) {
 TEST_F(EnvCacheTest, OpensAFreshCacheWhenTheFileIsGone) {
     ASSERT_EQ(envCache()->insert(envOf(1, "one")), 0);
     const auto old = envCache();
-    initEnvCache(folder_ + "/other", false);
+    initEnvCache(path("other"), false);
     EXPECT_EQ(envCache(), old) << "the name counts from the next opening on";
     initEnvCache(name_, false);
     ASSERT_EQ(unlink(name_.c_str()), 0);
@@ -253,9 +213,8 @@ TEST_F(EnvCacheTest, OpensAFreshCacheWhenTheFileIsGone) {
     ASSERT_EQ(envCache()->insert(envOf(2, "two")), 0);
     initEnvCache(name_, true);
     EXPECT_EQ(title(2), "absent");
-    std::filesystem::create_directory(folder_ + "/folder");
     finiEnvCache();
-    initEnvCache(folder_ + "/folder", false);
+    initEnvCache(path(), false);
     takeLog();
     EXPECT_EQ(envCache(), nullptr);
     EXPECT_EQ(takeLog(), "1 Environment cache unavailable for process environment_test, code is -2.\n");

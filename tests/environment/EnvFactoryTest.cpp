@@ -20,14 +20,6 @@ public:
     }
 };
 
-class OwnUpdater : public HBXEnvUpdater {
-public:
-    int insert(const HBXEnv&) override { return 0; }
-    int update(const HBXEnv&) override { return 0; }
-    int remove(const HBXEnv&) override { return 0; }
-    int check(const HBXEnv&) override { return 0; }
-};
-
 class EnvFactory : public testing::Test {
 protected:
     void TearDown() override { factory.clear(); }
@@ -77,14 +69,13 @@ TEST_F(EnvFactory, ReadsEnvironmentsIntoTheGenericClass) {
 }
 
 TEST_F(EnvFactory, KnowsUpdatersByExactlyTheirType) {
-    const auto first = boost::make_shared<OwnUpdater>();
-    const auto second = boost::make_shared<OwnUpdater>();
+    const auto first = boost::make_shared<TellingUpdater>();
+    const auto second = boost::make_shared<TellingUpdater>();
     factory.registerEnvUpdater(HBXEnv::type, first);
     EXPECT_EQ(factory.getEnvUpdater("own"), nullptr) << "no falling back";
     factory.registerEnvUpdater("own", first);
     factory.registerEnvUpdater("own", second);
     EXPECT_EQ(factory.getEnvUpdater("own"), second);
-    EXPECT_EQ(second->sync({HBXEID()}), 0);
     factory.unregisterEnvUpdater("own");
     EXPECT_EQ(factory.getEnvUpdater("own"), nullptr);
     EXPECT_EQ(factory.getEnvUpdater("generic"), first);
@@ -114,20 +105,6 @@ TEST_F(EnvFactory, NullPointersEndTheProgram) {
         EXPECT_EQ(abortOf(row.call),
                   std::string("HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXEnv:") + row.place);
     }
-}
-
-TEST(EnvCoreBasicMaintainer, MakesTheRecordOfAConfiguration) {
-    const HBXEID parent(HBXGUID(5, 6));
-    const auto config = boost::make_shared<HBXEnvConfig>(coreOf("<name>n</name>"));
-    const HBXEnvCoreBasicMaintainer maintainer(parent, config);
-    EXPECT_EQ(maintainer.getCoreBasic()->parentEid, parent);
-    EXPECT_EQ(maintainer.getConfig(), config);
-    EXPECT_EQ(HBXEnvConfig(maintainer.getCoreBasic()), *config);
-    EXPECT_FALSE(maintainer.isConfigLost());
-
-    const HBXEnvCoreBasicMaintainer without(parent, boost::make_shared<HBXEnvConfig>());
-    EXPECT_EQ(without.getCoreBasic()->configSize, 0U);
-    EXPECT_FALSE(without.isConfigLost());
 }
 
 } // namespace

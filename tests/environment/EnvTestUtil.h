@@ -34,6 +34,30 @@ inline std::string textOf(const HBXEnvConfig& config) {
     return begin == std::string::npos ? text : text.substr(begin + 9);
 }
 
+/// Answers what a test tells it to, and notes what it is asked.
+class TellingUpdater : public HBXEnvUpdater {
+public:
+    int insert(const HBXEnv&) override { return note("insert", result); }
+    int update(const HBXEnv&) override { return note("update", result); }
+    int remove(const HBXEnv&) override { return note("remove", result); }
+    int check(const HBXEnv&) override { return note("check", checkResult); }
+    int sync(const std::set<HBXEID, HBXEnvIDComparator>& eids) override {
+        synced = eids;
+        return note("sync", result);
+    }
+
+    std::string asked;
+    int result = 0;
+    int checkResult = 0;
+    std::set<HBXEID, HBXEnvIDComparator> synced;
+
+private:
+    int note(const char* what, int answer) {
+        asked += std::string(what) + ' ';
+        return answer;
+    }
+};
+
 // What otherwise only the cache may call.
 
 const Core& recordOf(const HBXEnv& env);

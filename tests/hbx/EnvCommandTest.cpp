@@ -60,8 +60,7 @@ protected:
     }
     Ended env(Words words) const {
         words.insert(words.begin(), "env");
-        words.insert(words.end(), {"--cache", cache_});
-        return run(words);
+        return run(joined(words, {"--cache", cache_}));
     }
     Json envJson(Words words) const {
         words.emplace_back("--json");
@@ -107,8 +106,7 @@ TEST_F(EnvCommandTest, ListsWhatWasPut) {
         {{"--type", "labs"}, {}},
     };
     for (const auto& row : rows) {
-        Words words = row.options;
-        words.insert(words.begin(), "list");
+        const Words words = joined({"list"}, row.options);
         EXPECT_EQ(env(words).code, row.eids.empty() ? 1 : 0);
         Words eids;
         for (const Json& item : envJson(words)) {
@@ -136,6 +134,8 @@ TEST_F(EnvCommandTest, WhatGetPrintsCanBePutAgain) {
     const Json json = envJson({"get", kWeb});
     EXPECT_EQ(json["env_type"], "lab");
     EXPECT_EQ(json["env"]["status"]["state"], 3);
+    EXPECT_EQ(json["env"]["alert_type"], Json({0, 2, 0, 0, 1}));
+    EXPECT_EQ(json["env"]["env_config"]["name"], "web \t[2J\xC2\x9B");
     EXPECT_EQ(env({"get", "00000000-0000-0000-0000-000000000009"}).code, 1);
     EXPECT_EQ(env({"get", "web"}).code, 2);
 }
@@ -333,7 +333,7 @@ Words waitForLines(const std::string& file, std::size_t count) {
 
 TEST_F(EnvCommandTest, WatchSeesWhatOtherProcessesDo) {
     putThree();
-    const Streams streams = {.out = path("watch.out"), .err = "watch.err"};
+    const Streams streams = {.out = path("watch.out"), .err = path("watch.err")};
     const pid_t watcher = start({"env", "watch", "--cache", cache_}, streams);
     for (int i = 0; i < 1000 && env({"readers"}).out.find("hbx") == std::string::npos; ++i) {
     }
@@ -365,7 +365,7 @@ TEST_F(EnvCommandTest, WatchEndsAfterACountOrATime) {
     EXPECT_EQ(env({"watch", "--timeout=-1"}).code, 2);
     EXPECT_EQ(env({"watch", "--count", "0"}).code, 2);
 
-    const Streams streams = {.out = path("watch.out"), .err = "watch.err"};
+    const Streams streams = {.out = path("watch.out"), .err = path("watch.err")};
     const pid_t watcher = start({"env", "watch", "--json", "--count", "2", "--cache", cache_}, streams);
     int status = 0;
     for (int state = 10; waitpid(watcher, &status, WNOHANG) == 0; ++state) {

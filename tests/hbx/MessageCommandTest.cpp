@@ -8,19 +8,17 @@ namespace {
 const std::string kDaily = sample("requests/schedule-daily-every-2-days.xml");
 const std::string kDailyBinary = sample("requests/schedule-daily-every-2-days.bin");
 
-TEST_F(ProgramTest, ShowsBothEncodingsAlike) {
+TEST_F(ProgramTest, ShowsBothEncodingsAlikeAndOneElement) {
     const Ended text = run({"message", "show", kDaily});
     EXPECT_EQ(text.code, 0) << text.err;
     EXPECT_EQ(text.out, contentOf(kDaily));
     EXPECT_EQ(run({"message", "show", kDailyBinary}).out, text.out);
-    EXPECT_EQ(linesOf(run({"message", "show", "--indent", "0", kDailyBinary}).out), 1U);
-}
 
-TEST_F(ProgramTest, ShowsOneElement) {
     const std::string days = "/data/schedule/next/trigger/days_interval";
-    const Ended shown = run({"message", "show", "--indent", "0", "--path", days, kDaily});
+    const Ended shown = run({"message", "show", "--indent", "0", "--path", days, kDailyBinary});
     EXPECT_NE(shown.out.find("<days_interval xmlns:hbx=\"urn:hbx:message\">2</days_interval>\n"),
               std::string::npos);
+    EXPECT_EQ(linesOf(shown.out), 1U);
     const Ended missing = run({"message", "show", "--path", days + "/x", kDaily});
     EXPECT_EQ(missing.code, 1);
     EXPECT_EQ(missing.err, "hbx: " + kDaily + ": " + days + "/x: there is no such element\n");
@@ -43,24 +41,18 @@ TEST_F(ProgramTest, ShowsAsJsonAllThatAnElementHolds) {
         ]})"));
 }
 
-TEST_F(ProgramTest, ConvertsThereAndBack) {
-    EXPECT_EQ(run({"message", "convert", kDaily}).out, contentOf(kDailyBinary));
+TEST_F(ProgramTest, ConvertsThereAndBackOrLeavesTheOldFile) {
     EXPECT_EQ(run({"message", "convert", kDailyBinary}).out, contentOf(kDaily));
     EXPECT_EQ(run({"message", "convert", "--to", "text", kDaily}).out, contentOf(kDaily));
     EXPECT_EQ(run({"message", "convert", "--to", "binary", "-"}, {.in = kDaily}).out,
               contentOf(kDailyBinary));
 
     const std::string target = write("target", "old");
+    EXPECT_EQ(run({"message", "convert", write("bad", "<message>"), "-o", target}).code, 3);
+    EXPECT_EQ(contentOf(target), "old");
     EXPECT_EQ(run({"message", "convert", kDaily, "-o", target}).code, 0);
     EXPECT_EQ(contentOf(target), contentOf(kDailyBinary));
-}
-
-TEST_F(ProgramTest, RefusedOutputLeavesTheOldFile) {
-    const std::string target = write("target", "old");
-    const std::string bad = write("bad", "<message>");
-    EXPECT_EQ(run({"message", "convert", bad, "-o", target}).code, 3);
-    EXPECT_EQ(contentOf(target), "old");
-    for (const std::string& output : {path(""), path("no/such/folder"), std::string("/dev/full")}) {
+    for (const std::string& output : {path(), path("no/such/folder"), std::string("/dev/full")}) {
         const Ended ended = run({"message", "convert", kDaily, "-o", output});
         EXPECT_EQ(ended.code, 7) << output;
         EXPECT_EQ(ended.err.rfind("hbx: " + output + ": ", 0), 0U) << ended.err;
@@ -73,9 +65,7 @@ TEST_F(ProgramTest, ChecksNameFilePlaceAndReason) {
         std::string reason;
     } rows[] = {
         {write("empty", ""), "there is nothing in it"},
-        {write("garbage", "\x01\x02 what?"), "line 1, column 1"},
         {write("zero", std::string("<message\0/>", 11)), "offset 8: a zero byte"},
-        {write("doctype", "<!DOCTYPE x><message/>"), "line 1"},
         {sample("bad/mismatched-tags.xml"), "line 6, column 7, /data/schedule/next: mismatched tag"},
         {write("tail", contentOf(kDailyBinary) + "x"), "offset "},
         {path("."), "Is a directory"},
@@ -89,16 +79,12 @@ TEST_F(ProgramTest, ChecksNameFilePlaceAndReason) {
         EXPECT_EQ(linesOf(ended.err), 1U) << ended.err;
     }
     EXPECT_EQ(run({"message", "check", kDaily, kDailyBinary}).code, 0);
-}
-
-TEST_F(ProgramTest, ChecksFindEveryCut) {
     for (const std::string& whole : {kDaily, kDailyBinary}) {
-        Words words = writeBeginnings(contentOf(whole).substr(0, contentOf(whole).find_last_of('>')));
-        const std::size_t count = words.size();
-        words.insert(words.begin(), {"message", "check"});
-        const Ended ended = run(words);
+        const std::string bytes = contentOf(whole);
+        const Words cuts = writeBeginnings(bytes.substr(0, bytes.find_last_of('>')));
+        const Ended ended = run(joined({"message", "check"}, cuts));
         EXPECT_EQ(ended.code, 3);
-        EXPECT_EQ(linesOf(ended.err), count);
+        EXPECT_EQ(linesOf(ended.err), cuts.size());
     }
 }
 
@@ -108,13 +94,11 @@ TEST_F(ProgramTest, NamesWhatDiffers) {
         const char* right;
         const char* lines;
     } rows[] = {
-        {"<a>1</a>", "<a>1</a>", ""},
         {"<a> </a>", "<a/>", ""},
         {"<a>1</a>", "<a>2</a>", "~ /a: value \"1\" -> \"2\"\n"},
         {"<a/>", "<a hbx:kind='text'/>", "~ /a: hbx:kind none -> \"text\"\n~ /a: value none -> \"\"\n"},
         {"<a x='1' y='2'/>", "<a y='3' x='1'/>", "~ /a: y \"2\" -> \"3\"\n"},
         {"<a/><b/>", "<b/><a/>", "+ /b\n- /b\n"},
-        {"<l><i>1</i><i>2</i></l>", "<l><i>0</i><i>1</i><i>2</i></l>", "+ /l/i[1]\n"},
         {"<l><i>1</i><i>2</i><i>3</i></l>", "<l><i>1</i><i>3</i></l>", "- /l/i[2]\n"},
         {"<l><i><v>1</v></i><i><v>2</v></i></l>", "<l><i><v>1</v></i><i><v>9</v></i></l>",
          "~ /l/i[2]/v: value \"2\" -> \"9\"\n"},
@@ -129,9 +113,6 @@ TEST_F(ProgramTest, NamesWhatDiffers) {
     }
     EXPECT_EQ(run({"message", "diff", kDaily, kDailyBinary}).code, 0);
     EXPECT_EQ(run({"message", "diff", kDaily, path("missing")}).code, 3);
-}
-
-TEST_F(ProgramTest, NamesDifferencesForPrograms) {
     const std::string left = write("left", messageText("<a>1</a><b/>"));
     const Ended ended = run({"message", "diff", "--json", left, write("right", messageText("<a/>"))});
     EXPECT_EQ(nlohmann::json::parse(ended.out), nlohmann::json::parse(R"({"differences": [

@@ -9,26 +9,18 @@ TEST_F(ProgramTest, SavedCallIsReplayedWithMoreBehindIt) {
     const struct {
         Words saved, more;
     } rows[] = {
-        {{"schedule", "next", "--from", "2024-03-28", "--count", "3", trigger}, {}},
         {{"schedule", "next", trigger, "--from=2024-03-28 10:00", "--json"}, {}},
         {{"schedule", "next", "--from", "2024-03-28"}, {"--count", "2", trigger}},
-        {{"config", "get"}, {config, "/system/log_level"}},
         {{"config", "get", config}, {"/system/log_level", "--json"}},
         {{"call", trigger, "--binary"}, {trigger}},
         {{"message", "show", "-"}, {"--indent", "0"}},
     };
     const std::string file = path("options.xml");
     for (const auto& row : rows) {
-        Words save = {"options", "save", file, "--"};
-        save.insert(save.end(), row.saved.begin(), row.saved.end());
-        const Ended saved = run(save);
+        const Ended saved = run(joined({"options", "save", file, "--"}, row.saved));
         ASSERT_EQ(saved.code, 0) << saved.err;
-
-        Words plain = row.saved, replay = {"--options", file};
-        plain.insert(plain.end(), row.more.begin(), row.more.end());
-        replay.insert(replay.end(), row.more.begin(), row.more.end());
-        const Ended expected = run(plain, {.in = trigger});
-        const Ended ended = run(replay, {.in = trigger});
+        const Ended expected = run(joined(row.saved, row.more), {.in = trigger});
+        const Ended ended = run(joined({"--options", file}, row.more), {.in = trigger});
         EXPECT_EQ(expected.code, 0) << expected.err;
         EXPECT_EQ(ended.code, 0) << ended.err;
         EXPECT_EQ(ended.out, expected.out);
@@ -50,9 +42,7 @@ TEST_F(ProgramTest, OnlyCallsAreSaved) {
          "hbx: an operand that looks like an option cannot be kept: -3\n"},
     };
     for (const auto& row : rows) {
-        Words words = {"options", "save", file, "--"};
-        words.insert(words.end(), row.words.begin(), row.words.end());
-        const Ended ended = run(words);
+        const Ended ended = run(joined({"options", "save", file, "--"}, row.words));
         EXPECT_EQ(ended.code, 2) << ended.err;
         EXPECT_EQ(ended.err, row.error);
         EXPECT_EQ(contentOf(file), "old");

@@ -4,14 +4,15 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "support/ScratchFolder.h"
+#include "support/TextMessage.h"
 
 namespace HBX {
 
@@ -24,20 +25,17 @@ struct Ended {
     std::string err;
 };
 
-/// Where a run finds its streams; no input when none is given, output is caught when no file is given.
+/// Where a run finds its streams; no input when none is given, output and complaints are caught when no file
+/// is given.
 struct Streams {
     std::string in = "/dev/null";
     std::string out = "";
     std::string zone = "UTC";
-    std::string err = "stderr"; ///< name in the test's folder
+    std::string err = "";
 };
 
-inline std::string contentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-}
+using test::contentOf;
+using test::messageText;
 
 inline std::string sample(const std::string& name) { return std::string(HBX_SOURCE_DIR "/samples/") + name; }
 
@@ -55,29 +53,18 @@ inline std::size_t linesOf(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-/// A message around the content of its root.
-inline std::string messageText(const std::string& content) {
-    return R"(<message xmlns:hbx="urn:hbx:message" hbx:v="1">)" + content + "</message>";
+inline Words joined(Words words, const Words& more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
 }
 
 /// Runs the real program in a folder of its own, with the sample configuration as the agent's.
-class ProgramTest : public testing::Test {
+class ProgramTest : public testing::Test, protected test::ScratchFolder {
 protected:
     ProgramTest() {
-        std::string pattern = testing::TempDir() + "hbx-program-XXXXXX";
-        folder_ = mkdtemp(pattern.data());
         std::filesystem::create_directory(path("home"));
         std::filesystem::copy_file(sample("agent.xml"), path("home/agent.xml"));
     }
-    ~ProgramTest() override { std::filesystem::remove_all(folder_); }
-
-    std::string path(const std::string& name) const { return folder_ / name; }
-
-    std::string write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(path(name), std::ios::binary) << bytes;
-        return path(name);
-    }
-
     Ended run(Words words, const Streams& streams = {}) const {
         return end(start(std::move(words), streams), streams);
     }
@@ -85,11 +72,12 @@ protected:
     /// A run that goes on beside the test. Its streams must not be those of another.
     pid_t start(Words words, const Streams& streams) const {
         const std::string out = streams.out.empty() ? path("stdout") : streams.out;
+        const std::string err = streams.err.empty() ? path("stderr") : streams.err;
         const pid_t child = fork();
         if (child == 0) {
             redirect(streams.in, O_RDONLY, STDIN_FILENO);
             redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-            redirect(path(streams.err), O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+            redirect(err, O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, STDERR_FILENO);
             setenv("TZ", streams.zone.c_str(), 1);
             setenv("HBX_HOME", path("home").c_str(), 1); // the user's own files are not for tests
             words.insert(words.begin(), "hbx");
@@ -108,7 +96,13 @@ protected:
         int status = 0;
         waitpid(child, &status, 0);
         return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status),
-                streams.out.empty() ? contentOf(path("stdout")) : "", contentOf(path(streams.err))};
+                streams.out.empty() ? contentOf(path("stdout")) : "", contentOfError(streams)};
+    }
+
+    /// "" of a terminal.
+    std::string contentOfError(const Streams& streams) const {
+        const std::string err = streams.err.empty() ? path("stderr") : streams.err;
+        return std::filesystem::is_regular_file(err) ? contentOf(err) : "";
     }
 
     /// Every beginning of some bytes, each in a file.
@@ -128,8 +122,6 @@ private:
         }
         close(descriptor);
     }
-
-    std::filesystem::path folder_;
 };
 
 } // namespace HBX

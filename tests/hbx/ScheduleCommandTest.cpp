@@ -33,13 +33,8 @@ TEST_F(ProgramTest, ListsTheNextRuns) {
         const char* out;
         const char* zone = "UTC";
     } rows[] = {
-        {"daily, at a run", kEvery2Days, "2024-01-03 10:00",
-         "Friday 2024-01-05 10:00 +00:00\n"
-         "Sunday 2024-01-07 10:00 +00:00\n"},
         {"weekly, at a run: that one and then the next", kMondays, "2024-01-08 10:00",
          "Monday 2024-01-08 10:00 +00:00\nMonday 2024-01-15 10:00 +00:00\n"},
-        {"weekly, after a run", kMondays, "2024-01-08 10:00:01",
-         "Monday 2024-01-15 10:00 +00:00\nMonday 2024-01-22 10:00 +00:00\n"},
         {"once, then over", trigger("once", ""), "2023-12-31",
          "Monday 2024-01-01 10:00 +00:00\nno further run: the schedule is over\n"},
         {"until its end", trigger("daily", "<end_time>1704189600</end_time><days_interval>1</days_interval>"),
@@ -99,15 +94,11 @@ TEST_F(ProgramTest, ReadsMoments) {
     } rows[] = {
         {"1704275999", third},
         {"1704276000", fourth},
-        {"2024-01-03", third},
-        {"2024-01-03 10:59", third},
         {"2024-01-03 10:59:59", third},
         {"2024-01-03 11:00", fourth},
         {"2024-01-03 09:59:59Z", third},
         {"2024-01-03 10:00Z", fourth},
         {"2024-02-30", ""},
-        {"2024-13-01", ""},
-        {"2024-1-1", ""},
         {"2024-01-03 24:00", ""},
         {"2024-01-03 10:00:60", ""},
         {"2024-01-03  9:00", ""},
@@ -126,14 +117,17 @@ TEST_F(ProgramTest, ReadsMoments) {
     }
 }
 
-TEST_F(ProgramTest, ExplainsInWords) {
-    const std::string file = write("trigger.xml", kMondays);
-    const Ended text = run({"schedule", "explain", file, "--from", "2024-01-02", "--count", "1"});
-    EXPECT_EQ(text.out, "Every week on Monday at 10:00, from Monday 2024-01-01 10:00 +00:00.\n"
-                        "Monday 2024-01-08 10:00 +00:00\n");
-
-    const std::string spent = write("spent.xml", trigger("once", ""));
-    EXPECT_EQ(run({"schedule", "explain", spent}).out,
+TEST_F(ProgramTest, ExplainsTheFirstTriggerInWords) {
+    const auto task = [](const std::string& message) {
+        const std::size_t begin = message.find("<task>");
+        return message.substr(begin, message.find("</message>") - begin);
+    };
+    const std::string both =
+        write("two.xml", messageText("<a><b/></a>" + task(kMondays) + task(kEvery2Days)));
+    EXPECT_EQ(run({"schedule", "explain", both, "--from", "2024-01-02", "--count", "1"}).out,
+              "Every week on Monday at 10:00, from Monday 2024-01-01 10:00 +00:00.\n"
+              "Monday 2024-01-08 10:00 +00:00\n");
+    EXPECT_EQ(run({"schedule", "explain", write("spent.xml", trigger("once", ""))}).out,
               "Once, on Monday 2024-01-01 10:00 +00:00.\nno further run: the schedule is over\n");
 }
 
@@ -144,8 +138,6 @@ TEST_F(ProgramTest, AnswersPrograms) {
                                  {"text", "Sunday 2024-03-31 12:00 +02:00"},
                                  {"note", "at 12:00, 1 hour later than 11:00"}};
     for (const std::string verb : {"next", "explain"}) {
-        Words words = {"schedule", verb};
-        words.insert(words.end(), options.begin(), options.end());
         nlohmann::json expected = {{"runs", {run1}}};
         if (verb == "explain") {
             expected["explanation"] = "Every 2 days at 11:00, from Monday 2024-01-01 11:00 +01:00.";
@@ -156,18 +148,9 @@ TEST_F(ProgramTest, AnswersPrograms) {
                                    {"workdays_only", false},
                                    {"weekends_only", false}};
         }
-        const Ended ended = run(words, {.in = file, .zone = "Europe/Berlin"});
+        const Ended ended = run(joined({"schedule", verb}, options), {.in = file, .zone = "Europe/Berlin"});
         EXPECT_EQ(nlohmann::json::parse(ended.out), expected) << ended.err;
     }
-}
-
-TEST_F(ProgramTest, TakesTheFirstTriggerOfAMessage) {
-    const std::string first = kMondays.substr(kMondays.find("<task>"));
-    const std::string second = kEvery2Days.substr(kEvery2Days.find("<task>"));
-    const std::string both =
-        first.substr(0, first.find("</message>")) + second.substr(0, second.find("</message>"));
-    const std::string file = write("two.xml", messageText("<a><b/></a>" + both));
-    EXPECT_EQ(run({"schedule", "explain", file}).out.rfind("Every week on Monday", 0), 0U);
 }
 
 } // namespace

@@ -38,6 +38,7 @@ TEST_F(ProgramTest, ListsWhatAVocabularyOffers) {
          ": there is no feature \"disk.quota\"\n"},
         {{"voc", "has", "network", kVoc}, 1, "", ": there is no feature \"network\"\n"},
         {{"voc", "has"}, 2, "", "wrong number of files"},
+        {{"voc", "features", sample("bad/voc-too-deep.xml")}, 3, "", "/voc-too-deep.xml: line 5"},
         {{"voc", "features", sample("requests/clock-now.xml")}, 3, "", ": there is no vocabulary in it\n"},
     };
     for (const auto& row : rows) {
@@ -60,21 +61,6 @@ TEST_F(ProgramTest, VocabulariesAreGivenAsJson) {
         "tags": ["backup", "security"], "vocabulary": "backup"})"));
     EXPECT_EQ(document({"voc", "categories", kVoc})["categories"].size(), 15U);
     EXPECT_EQ(document({"voc", "has", "vocversion", kVoc})["value"], "4.2.1");
-}
-
-TEST_F(ProgramTest, BadVocabulariesAreSaidInOneLine) {
-    const struct {
-        const char* file;
-        const char* place;
-    } rows[] = {
-        {"voc-cut-off.xml", "line 132"}, {"voc-not-xml.xml", "line 1"}, {"voc-too-deep.xml", "line 5"}};
-    for (const auto& row : rows) {
-        const std::string file = sample("bad/") + row.file;
-        const Ended ended = run({"voc", "features", file});
-        EXPECT_EQ(ended.code, 3);
-        EXPECT_EQ(ended.err.rfind("hbx: " + file + ": " + row.place, 0), 0U) << ended.err;
-        EXPECT_EQ(linesOf(ended.err), 1U) << ended.err;
-    }
 }
 
 } // namespace

@@ -15,11 +15,6 @@ using ::testing::HasSubstr;
 
 const std::string kNone(1, '\0');
 
-/// Whether the check takes the bytes, without building a tree.
-bool checks(std::string_view bytes) {
-    return readInPlace(bytes, [](const HBXMessageIterator&) { return 0; }) == 0;
-}
-
 /// The bytes are refused by every way in, nothing changes, and the reason names a place.
 void expectRefused(const std::string& bytes, std::string_view what) {
     const Message target = newMessage();
@@ -146,59 +141,6 @@ TEST(BinaryForm, RefusesEveryCutAndStaysCanonicalUnderEveryFlippedBit) {
         }
     }
     EXPECT_GT(accepted, 2400); // the bits of the texts, at least
-}
-
-std::string nested(int levels) {
-    std::string node = emptyNode(1);
-    for (; levels > 1; --levels) {
-        node = parentNode(1, node);
-    }
-    return node;
-}
-
-TEST(BinaryForm, ReadsUpToTheDepthThatIsAllowed) {
-    expectCanonical(messageOf(nested(256)), "deepest message");
-    expectCanonical(elementBytes(nested(256)), "deepest element");
-    expectRefused(messageOf(nested(257)), "a level more");
-    expectRefused(elementBytes(nested(257)), "a level more");
-}
-
-TEST(BinaryForm, ReadsUpToTheNumberOfElementsThatIsAllowed) {
-    std::string million;
-    for (int i = 0; i < 999'999; ++i) {
-        million += emptyNode(1);
-    }
-    for (const bool element : {false, true}) {
-        const auto wrapped = [&](const std::string& children) {
-            return element ? elementBytes(parentNode(2, children)) : messageOf(children + emptyNode(3));
-        };
-        EXPECT_NE(parseMessage(wrapped(million)), nullptr) << element;
-        EXPECT_EQ(parseMessage(wrapped(million + emptyNode(1))), nullptr) << element;
-        EXPECT_FALSE(checks(wrapped(million + emptyNode(1)))) << element;
-    }
-}
-
-TEST(BinaryForm, CountsAttributesAndNames) {
-    const auto attributes = [](unsigned count) {
-        std::string pieces = varint(count);
-        for (unsigned i = 1; i <= count; ++i) {
-            pieces += varint(2 * i) + sized("v");
-        }
-        return messageOf(flaggedNode(1, 16, pieces));
-    };
-    expectCanonical(attributes(256), "all attributes");
-    expectRefused(attributes(257), "one attribute more");
-    const auto names = [](unsigned count) {
-        std::string list = varint(count);
-        std::string nodes;
-        for (unsigned i = 0; i < count; ++i) {
-            list += sized("n" + std::to_string(i));
-            nodes += namedHead(i, kEmpty);
-        }
-        return messageBytes(parentNode(0, nodes), list);
-    };
-    expectCanonical(names(65'536), "all names");
-    expectRefused(names(65'537), "one name more");
 }
 
 TEST(BinaryForm, AnswersAbsurdSizesAtOnce) {

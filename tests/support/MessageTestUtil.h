@@ -72,6 +72,13 @@ inline int deserializeToChild(HBXMessageIterator& it, std::string_view bytes) {
     return it.deserializeToChild(bytes.data(), static_cast<int>(bytes.size()));
 }
 
+/// The content below the root in text form.
+inline std::string contentText(const HBXMessageIterator& it) {
+    const std::string text = takeText(it.toText());
+    const std::size_t start = text.find("v=\"1\">") + 6;
+    return text.substr(start, text.rfind("</message>") - start);
+}
+
 using Reading = std::function<int(const HBXMessageIterator&)>;
 using Writing = std::function<int(HBXMessageIterator&)>;
 
@@ -88,6 +95,11 @@ inline int readInPlace(std::string_view bytes, Reading reading) {
 /// The same without the check.
 inline int readTrusted(std::string_view bytes, Reading reading) {
     return decodeTrustedMessage(bytes, readCall(reading));
+}
+
+/// Whether the check takes the bytes, without building a tree.
+inline bool checks(std::string_view bytes) {
+    return readInPlace(bytes, [](const HBXMessageIterator&) { return 0; }) == 0;
 }
 
 /// What encoding in one go makes; `bytes` keeps its content on failure.

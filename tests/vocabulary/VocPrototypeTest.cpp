@@ -1,11 +1,13 @@
 #include "VocabularyTestUtil.h"
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 #include <HBXCommon/HBXErrorMessage.h>
-#include <HBXCommon/HBXFileUtil.h>
 #include <HBXCommon/HBXInstanceFolders.h>
+
+#include "support/ScratchFolder.h"
 
 namespace HBX::test {
 namespace {
@@ -30,8 +32,8 @@ TEST(VocPrototype, TellsParametersFromCategories) {
     EXPECT_EQ(placeOf(VocCursor(HBXVocPrototype().read()).get()), "null");
 }
 
-TEST(VocPrototype, KeepsAVersionOnceThereIsOne) {
-    OpenPrototype voc(messageOf(vocText({"p:x"})).detach());
+TEST(VocPrototype, AVersionAndIteratorsBelongToTheirMessage) {
+    OpenPrototype voc(textMessage(vocText({"p:old"})).detach());
     EXPECT_EQ(voc.readVersion(), "");
     const VocCursor it(voc.read());
     it->newChild(1017);
@@ -40,15 +42,10 @@ TEST(VocPrototype, KeepsAVersionOnceThereIsOne) {
     it->putValue("2.0", 1307);
     EXPECT_EQ(voc.readVersion(), "2.0");
     it->deleteFromChild();
-    EXPECT_EQ(voc.getVersion(), "2.0");
-    voc.reset(messageOf(vocText({"p:vocversion=3.0"})).detach());
-    EXPECT_EQ(voc.getVersion(), "3.0") << "a new message has a version of its own";
-}
+    EXPECT_EQ(voc.getVersion(), "2.0") << "it is read once";
 
-TEST(VocPrototype, AnIteratorOutlivesAReplacedMessage) {
-    OpenPrototype voc(messageOf(vocText({"p:old"})).detach());
-    const VocCursor it(voc.read());
-    voc.reset(messageOf(vocText({"p:new"})).detach());
+    voc.reset(textMessage(vocText({"p:new", "p:vocversion=3.0"})).detach());
+    EXPECT_EQ(voc.getVersion(), "3.0");
     EXPECT_EQ(it->seekParameter("old"), 0);
     EXPECT_FALSE(voc.isFeatureEnabled("old"));
     EXPECT_TRUE(voc.isFeatureEnabled("new"));
@@ -57,108 +54,78 @@ TEST(VocPrototype, AnIteratorOutlivesAReplacedMessage) {
     EXPECT_EQ(voc.saveToFile("/nowhere/voc"), -1);
 }
 
-TEST(VocPrototype, FilesComeBackAsTheyWereSaved) {
+TEST(VocPrototype, FilesComeBackAsTheyWereSavedAndBadOnesChangeNothing) {
     const ScratchFolder folder;
-    HBXVocPrototype voc;
+    HBXVocPrototype voc, copy;
     ASSERT_EQ(voc.readFromFile(kSamples + "vocabulary/hbagent.voc.windows"), 0) << getErrorMessage();
-    EXPECT_EQ(voc.readVersion(), "4.2.1");
-    EXPECT_TRUE(voc.isFeatureEnabled("migration.live"));
-    EXPECT_FALSE(voc.isFeatureEnabled("migration"));
     EXPECT_EQ(walkParameters(*VocCursor(voc.read()), {"network", "security"}),
               "firewall.rules firewall.chains ");
     ASSERT_EQ(voc.saveToFile(folder.path("copy")), 0);
-    HBXVocPrototype copy;
     ASSERT_EQ(copy.readFromFile(folder.path("copy")), 0);
     EXPECT_EQ(copy, voc);
-}
-
-TEST(VocPrototype, BadFilesSayWhereAndKeepWhatWasLoaded) {
-    const ScratchFolder folder;
-    const std::string head = R"(<message xmlns:hbx="urn:hbx:message" hbx:v="1">)";
-    std::string wide = head + "<data><agent>";
-    for (int i = 0; i < 1000000; ++i) {
-        wide += "<id/>";
-    }
-    std::filesystem::create_directory(folder.path("folder"));
-    folder.write("huge", head);
-    std::filesystem::resize_file(folder.path("huge"), (std::size_t{256} << 20) + 1);
     const struct {
         std::string path;
         const char* reason;
     } rows[] = {
         {kSamples + "bad/voc-cut-off.xml", "line 132, column 21, /data/agent/parameter/id: no element found"},
-        {kSamples + "bad/voc-not-xml.xml", "line 1, column 1, /: syntax error"},
-        {kSamples + "bad/voc-too-deep.xml", ": more than 256 levels of elements"},
-        {folder.write("wide", wide + "</agent></data></message>"),
-         "line 1, column 5000051, /data/agent: more than 1000000 elements"},
-        {folder.write("path", head + "<data><agent><parameter></id>"),
-         "line 1, column 74, /data/agent/parameter: mismatched tag"},
-        {folder.write("empty", ""), "line 1, column 1, /: no element found"},
-        {folder.path("huge"), "File too large"},
-        {folder.path("folder"), ""},
         {folder.path("missing"), "No such file or directory"},
     };
-    const auto voc = vocOf({"p:kept"});
     for (const auto& row : rows) {
-        clearErrorMessage();
-        EXPECT_EQ(voc->readFromFile(row.path), -1) << row.path;
+        EXPECT_EQ(copy.readFromFile(row.path), -1);
         EXPECT_NE(getErrorMessage().find(row.path), std::string::npos) << getErrorMessage();
         EXPECT_NE(getErrorMessage().find(row.reason), std::string::npos) << getErrorMessage();
-        EXPECT_TRUE(voc->isFeatureEnabled("kept"));
+        EXPECT_EQ(copy, voc);
     }
-}
-
-TEST(VocPrototype, EveryBeginningOfAFileIsRefused) {
-    const ScratchFolder folder;
-    const std::string text = takeText(messageOf(vocText({"c:a", "p:b,a=1"}))->toText(nullptr, ""));
-    const auto voc = vocOf({"p:kept"});
-    for (std::size_t length = 0; length + 1 < text.size(); ++length) {
-        EXPECT_EQ(voc->readFromFile(folder.write("cut", text.substr(0, length))), -1) << length;
-    }
-    EXPECT_TRUE(voc->isFeatureEnabled("kept"));
 }
 
 TEST(VocPrototype, TravelsAsARecordWithoutAnExtraLevel) {
-    const auto voc = vocOf({"c:a", "p:b,a=1"});
-    const Message message = newMessage();
-    const Cursor it = rootOf(message);
-    ASSERT_EQ(it->putObject(*voc, 3064), 0);
+    const Cursor it = newCursor();
+    ASSERT_EQ(it->putObject(*vocOf({"c:a", "p:b,a=1"}), 3064), 0);
     ASSERT_EQ(it->seek(3064), 0);
     EXPECT_EQ(it->curType(), "computer:voc_prototype");
     HBXVocPrototype back;
     ASSERT_EQ(it->getObject(back, 0), 0);
-    EXPECT_EQ(back, *voc);
     EXPECT_TRUE(back.isFeatureEnabled("b"));
-
     it->deleteChild(1307);
     EXPECT_EQ(it->getObject(back, 0), -1);
     EXPECT_TRUE(back.isFeatureEnabled("b")) << "a failed read changes nothing";
-    EXPECT_EQ(it->putObject(HBXVocPrototype(), 0), -1);
-    EXPECT_EQ(it->putObject(HBXVocPrototype(messageOf("<agent/>").detach()), 0), -1);
+    EXPECT_EQ(it->putObject(HBXVocPrototype(textMessage("<agent/>").detach()), 0), -1);
 }
 
+/// The folder where the local vocabulary is looked for.
+class LocalFolder : public ScratchFolder {
+public:
+    LocalFolder()
+        : previous_(setFolderProvider({.etc = [this] { return look(); }, .configurationFile = {}})) {}
+    ~LocalFolder() { setFolderProvider(previous_); }
+    std::atomic<int> lookUps{0};
+
+private:
+    std::string look() {
+        ++lookUps;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // so that other threads come meanwhile
+        return path();
+    }
+
+    HBXFolderProvider previous_;
+};
+
 TEST(VocPrototype, TheLocalVocabularyIsLoadedOnceWhenItsFileAppears) {
-    const ScratchFolder folder;
-    const HBXFolderProvider previous =
-        setFolderProvider({.etc = [&] { return folder.path(); }, .configurationFile = {}});
+    const LocalFolder folder;
+    const std::string file = folder.path("hbagent.voc.windows");
     const auto voc = HBXVocPrototype::getVoc();
     ASSERT_NE(voc, nullptr);
     EXPECT_EQ(placeOf(VocCursor(voc->read()).get()), "null");
-    EXPECT_NE(getErrorMessage().find(folder.path("hbagent.voc.windows")), std::string::npos)
-        << getErrorMessage();
+    EXPECT_NE(getErrorMessage().find(file), std::string::npos) << getErrorMessage();
     folder.write("hbagent.voc.windows", "<message");
-    EXPECT_FALSE(voc->isFeatureEnabled("env.create"));
+    EXPECT_FALSE(voc->isFeatureEnabled("x"));
 
-    std::filesystem::copy_file(kSamples + "vocabulary/hbagent.voc.windows",
-                               folder.path("hbagent.voc.windows"),
-                               std::filesystem::copy_options::overwrite_existing);
+    ASSERT_EQ(vocOf({"p:x"})->saveToFile(file), 0);
     EXPECT_EQ(placeOf(VocCursor(std::as_const(*voc).read()).get()), "null") << "the const form does not load";
-    EXPECT_TRUE(voc->isFeatureEnabled("env.create"));
-    EXPECT_EQ(voc->readVersion(), "4.2.1");
-    std::filesystem::remove(folder.path("hbagent.voc.windows"));
-    EXPECT_TRUE(HBXVocPrototype::getVoc()->isFeatureEnabled("env.create"));
+    EXPECT_TRUE(voc->isFeatureEnabled("x"));
+    std::filesystem::remove(file);
+    EXPECT_TRUE(voc->isFeatureEnabled("x"));
     EXPECT_EQ(HBXVocPrototype::getVoc(), voc);
-    setFolderProvider(previous);
 }
 
 void runThreads(const std::vector<std::function<void()>>& works) {
@@ -195,31 +162,23 @@ TEST(VocPrototype, ThreadsAskWhileAnotherReplaces) {
     };
     const auto replace = [&] {
         for (std::size_t round = 0; round < 100; ++round) {
-            failures += voc.readFromFile(files[round % 2]) == 0 ? 0 : 1;
+            const bool isRead = voc.readFromFile(files[round % 2]) == 0;
+            failures += isRead && voc.readVersion() == std::to_string(round % 2 + 1) ? 0 : 1;
         }
     };
     runThreads({ask, ask, ask, replace});
     EXPECT_EQ(failures, 0);
-    EXPECT_EQ(voc.readVersion(), "2") << "no version of an earlier message is kept";
 }
 
 TEST(VocPrototype, ThreadsLoadTheLocalVocabularyOnce) {
-    const ScratchFolder folder;
-    std::atomic<int> lookUps{0};
-    const HBXFolderProvider previous = setFolderProvider({.etc =
-                                                              [&] {
-                                                                  ++lookUps;
-                                                                  return folder.path();
-                                                              },
-                                                          .configurationFile = {}});
+    const LocalFolder folder;
     ASSERT_EQ(vocOf({"p:x"})->saveToFile(folder.path("hbagent.voc.windows")), 0);
     HBXVocLocalPrototype voc;
     std::atomic<int> found{0};
     const auto ask = [&] { found += voc.isFeatureEnabled("x") ? 1 : 0; };
     runThreads({ask, ask, ask, ask});
     EXPECT_EQ(found, 4);
-    EXPECT_EQ(lookUps, 1);
-    setFolderProvider(previous);
+    EXPECT_EQ(folder.lookUps, 1);
 }
 
 } // namespace

@@ -1,18 +1,14 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
-#include <unistd.h>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include <HBXFunctionalityCore/HBXFunctionalityCore.h>
 
-#include "support/MessageTestUtil.h"
+#include "support/TextMessage.h"
 
 /// Vocabularies in short words, and where an iterator stands as one word.
 namespace HBX::test {
@@ -47,15 +43,8 @@ inline std::string vocText(const VocWords& items) {
     return text + "</agent></data>";
 }
 
-inline Message messageOf(const std::string& content) {
-    Message message = newMessage();
-    const std::string text = R"(<message xmlns:hbx="urn:hbx:message" hbx:v="1">)" + content + "</message>";
-    EXPECT_EQ(message->fromText(text.c_str(), nullptr), 0) << text;
-    return message;
-}
-
 inline boost::intrusive_ptr<HBXVocPrototype> vocOf(const VocWords& items) {
-    return new HBXVocPrototype(messageOf(vocText(items)).detach());
+    return new HBXVocPrototype(textMessage(vocText(items)).detach());
 }
 
 inline std::string vocEntry(const std::string& head, const VocWords& items) {
@@ -85,26 +74,5 @@ inline std::string walkParameters(HBXVocIterator& it, const Tags& tags) {
     }
     return met;
 }
-
-/// A folder that goes away.
-class ScratchFolder {
-public:
-    ScratchFolder() {
-        std::string pattern = testing::TempDir() + "hbx-voc-XXXXXX";
-        folder_ = mkdtemp(pattern.data());
-    }
-    ~ScratchFolder() { std::filesystem::remove_all(folder_); }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    std::string path(const std::string& name = "") const { return name.empty() ? folder_ : folder_ / name; }
-    std::string write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(path(name), std::ios::binary) << bytes;
-        return path(name);
-    }
-
-private:
-    std::filesystem::path folder_;
-};
 
 } // namespace HBX::test

@@ -39,6 +39,7 @@ struct Command {
 
 inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
+std::span<const Command> backupUriCommands();
 std::span<const Command> callCommands();
 std::span<const Command> configCommands();
 std::span<const Command> envCommands();

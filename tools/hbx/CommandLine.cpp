@@ -21,8 +21,9 @@ namespace po = boost::program_options;
 
 std::vector<Command> allCommands() {
     std::vector<Command> commands;
-    for (const auto& area : {callCommands(), configCommands(), envCommands(), messageCommands(),
-                             optionsCommands(), scheduleCommands(), sidCommands(), vocCommands()}) {
+    for (const auto& area :
+         {backupUriCommands(), callCommands(), configCommands(), envCommands(), messageCommands(),
+          optionsCommands(), scheduleCommands(), sidCommands(), vocCommands()}) {
         commands.insert(commands.end(), area.begin(), area.end());
     }
     return commands;

@@ -23,6 +23,7 @@ Json valueFrom(HBXKind kind, std::string_view text) {
     switch (kind) {
     case HBXKind::Int:
     case HBXKind::Int64:
+    case HBXKind::UInt32:
     case HBXKind::Time:
         return numberFrom<std::int64_t>(text);
     case HBXKind::Double:

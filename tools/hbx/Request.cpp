@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include "operators/AlertOperator.h"
+#include "operators/BackupOperator.h"
 #include "operators/ConfigurationOperator.h"
 #include "operators/EnvironmentOperator.h"
+#include "operators/FileOperator.h"
 #include "operators/SchedulerOperator.h"
 #include "operators/SecurityOperator.h"
 #include "operators/TimeOperator.h"
@@ -20,8 +23,8 @@ constexpr int kError = 3404;
 
 /// Every operator module; a new one is one more line.
 constexpr const Operator* kOperators[] = {
-    &kConfigurationOperator, &kEnvironmentOperator, &kSchedulerOperator,
-    &kSecurityOperator,      &kTimeOperator,        &kVocabularyOperator,
+    &kAlertOperator,     &kBackupOperator,   &kConfigurationOperator, &kEnvironmentOperator, &kFileOperator,
+    &kSchedulerOperator, &kSecurityOperator, &kTimeOperator,          &kVocabularyOperator,
 };
 
 void copyEnvelope(const HBXMessage& request, HBXMessage& reply) {

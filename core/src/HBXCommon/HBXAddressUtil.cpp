@@ -40,7 +40,8 @@ std::string ipToStr(std::uint32_t ip) {
 
 std::string convertNetmaskToIPFormat(const std::string& netmask) {
     std::int32_t prefix = 0;
-    if (!parseInt32(netmask, prefix) || prefix < 0 || prefix > 32)
+    const bool isPrefix = parseInt32(netmask, prefix) && prefix >= 0 && prefix <= 32;
+    if (!isPrefix || netmask != std::to_string(prefix)) // " 8" would read back as "8"
         return netmask;
     return ipToStr(HBXIPv4::getNetworkMask(prefix));
 }

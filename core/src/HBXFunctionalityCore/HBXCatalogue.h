@@ -4,15 +4,15 @@
 #include <string_view>
 
 #include <HBXCommon/HBXExport.h>
-#include <HBXMessage/HBXRecordTable.h>
+#include <HBXMessage/HBXAnyRecord.h>
 
 namespace HBX {
 
 /// Every record type that the library knows, in the order of the agent's modules. What it is made of also
 /// registers the polymorphic families.
-HBX_EXPORT std::span<const HBXRecordTable* const> recordCatalogue();
+HBX_EXPORT std::span<const HBXRecordEntry> recordCatalogue();
 
 /// The record type of this class name, null when there is none.
-HBX_EXPORT const HBXRecordTable* findRecord(std::string_view name);
+HBX_EXPORT const HBXRecordEntry* findRecord(std::string_view name);
 
 } // namespace HBX

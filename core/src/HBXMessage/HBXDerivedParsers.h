@@ -34,6 +34,9 @@ struct HBXFactoryData {
     [[nodiscard]] const std::map<std::string, Entry*>& factories() const { return byName; }
     [[nodiscard]] const std::map<std::string, Entry*>& factoriesByType() const { return byClass; }
     [[nodiscard]] Entry* defaultFactory() const { return fallback; }
+    [[nodiscard]] auto entry(std::size_t which) const {
+        return std::next(byName.begin(), static_cast<std::ptrdiff_t>(which));
+    }
 
     std::map<std::string, Entry*> byName;  ///< qualified type name
     std::map<std::string, Entry*> byClass; ///< run-time class name
@@ -200,12 +203,20 @@ constexpr HBXPointerType familyType() {
             return found->second->table();
         },
         .classes = [] { return Family::factoryInternalData()->byName.size(); },
+        .classTable = [](std::size_t which, std::string_view& key) -> const HBXRecordTable& {
+            const auto entry = Family::factoryInternalData()->entry(which);
+            key = entry->first;
+            return entry->second->table();
+        },
         .create =
             [](void* pointer, std::size_t which) {
-                const auto family = Family::factoryInternalData();
                 *static_cast<Pointer*>(pointer) =
-                    std::next(family->byName.begin(), static_cast<std::ptrdiff_t>(which))->second->create();
+                    Family::factoryInternalData()->entry(which)->second->create();
             },
+        .fallback = []() -> const HBXRecordTable* {
+            const auto* entry = Family::factoryInternalData()->fallback;
+            return entry == nullptr ? nullptr : &entry->table();
+        },
     };
 }
 

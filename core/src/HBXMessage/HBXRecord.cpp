@@ -34,6 +34,8 @@ std::strong_ordering compareValues(const HBXRow& row, const void* a, const void*
     case HBXKind::Int64:
     case HBXKind::Time:
         return compareAs<std::int64_t>(a, b);
+    case HBXKind::UInt32:
+        return compareAs<std::uint32_t>(a, b);
     case HBXKind::Bool:
         return compareAs<bool>(a, b);
     case HBXKind::Double: // total, also over nan

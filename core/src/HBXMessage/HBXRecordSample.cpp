@@ -57,6 +57,7 @@ private:
         void* value = table.at(row, record);
         if (row.list != nullptr) {
             list(row, value);
+            table.markSet(row, record);
         } else if (fill(row, value)) {
             table.markSet(row, record);
         }
@@ -87,6 +88,9 @@ private:
             break;
         case HBXKind::Int64:
             *static_cast<std::int64_t*>(value) = number();
+            break;
+        case HBXKind::UInt32:
+            *static_cast<std::uint32_t*>(value) = static_cast<std::uint32_t>(number());
             break;
         case HBXKind::Time:
             *static_cast<std::int64_t*>(value) = number() & 0xFFFFFFFFFF;

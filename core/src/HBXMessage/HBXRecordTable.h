@@ -25,6 +25,7 @@ namespace HBX {
 enum class HBXKind : std::uint8_t {
     Int,
     Int64,
+    UInt32,
     Bool,
     Double,
     String,
@@ -38,8 +39,9 @@ enum class HBXKind : std::uint8_t {
 
 /// Mandatory members fail the read when absent or unreadable. Optional ones keep what they had; they are
 /// always written, unless they are an unset HBXOptionalProperty. Lists and polymorphic members may be absent,
-/// but what is there must read. ValueOnly members have no element: reader and writer are written by hand.
-enum class HBXPresence : std::uint8_t { Mandatory, Optional, List, Set, Polymorphic, ValueOnly };
+/// but what is there must read; the same holds for UnlessEmpty members, which are written unless they say
+/// that they are empty. ValueOnly members have no element: reader and writer are written by hand.
+enum class HBXPresence : std::uint8_t { Mandatory, Optional, List, Set, Polymorphic, UnlessEmpty, ValueOnly };
 
 /// Something that fills a value, handed to type-erased containers.
 struct HBXFill {
@@ -56,9 +58,13 @@ struct HBXPointerType {
     /// The table of the object's own class (of the base, when it is not registered) and where the object
     /// begins.
     const HBXRecordTable& (*object)(const void* pointer, const void*& object);
-    /// Number of registered classes, and a new object of one of them.
+    /// The registered classes: how many, table and key of one (the complex type by which reading finds it),
+    /// and a new object of one.
     std::size_t (*classes)();
+    const HBXRecordTable& (*classTable)(std::size_t which, std::string_view& key);
     void (*create)(void* pointer, std::size_t which);
+    /// Of the class as which elements of a missing or unknown complex type are read; null: they do not read.
+    const HBXRecordTable* (*fallback)();
 };
 
 /// What the walks over a record know of one C++ type.
@@ -72,6 +78,8 @@ struct HBXValueType {
     void (*sample)(void* value, std::uint64_t random) = nullptr;         // Text
     /// Assigns a filled new value, or leaves the old one when filling fails.
     bool (*replace)(void* value, HBXFill fill) = nullptr; // Record
+    /// Of types that have `isEmpty()`.
+    bool (*isEmpty)(const void* value) = nullptr; // Text, Record
 };
 
 /// What they know of one container type.
@@ -145,8 +153,9 @@ struct HBXRecordTable {
     const void* origin;
     const HBXRecordTable* base; ///< the record it derives from, whose members come first
     const void* (*toBase)(const void* record);
-    const HBXValueType* text;  ///< of a record that is one text
-    const HBXRecordView* view; ///< where the rows are not those of the record itself
+    const HBXValueType* text;     ///< of a record that is one text
+    const HBXRecordView* view;    ///< where the rows are not those of the record itself
+    const HBXPointerType* family; ///< that the record belongs to; null for most
     /// The order of a record that has one of its own; null where the rows say it.
     std::strong_ordering (*compare)(const void* a, const void* b);
     /// Readers and writers written by hand; null where the rows say all.
@@ -237,6 +246,16 @@ concept TextRecord = HBXRecord<T> && requires(T& value, const T& constant, std::
     { constant.toString() } -> std::same_as<std::string>;
 } && std::same_as<typename T::Reader, HBXTextReader<T>>;
 
+/// Null for a type that cannot be empty.
+template <class T>
+constexpr auto emptyTest() -> bool (*)(const void*) {
+    if constexpr (requires(const T& value) { value.isEmpty(); }) {
+        return [](const void* value) { return static_cast<const T*>(value)->isEmpty(); };
+    } else {
+        return nullptr;
+    }
+}
+
 template <class T>
 bool replaceValue(void* value, HBXFill fill) {
     T fresh{};
@@ -256,6 +275,8 @@ constexpr HBXValueType describeValue() {
         return {.kind = HBXKind::Int};
     } else if constexpr (std::is_same_v<T, std::int64_t>) {
         return {.kind = HBXKind::Int64};
+    } else if constexpr (std::is_same_v<T, std::uint32_t>) {
+        return {.kind = HBXKind::UInt32};
     } else if constexpr (std::is_same_v<T, double>) {
         return {.kind = HBXKind::Double};
     } else if constexpr (std::is_same_v<T, std::string>) {
@@ -274,9 +295,13 @@ constexpr HBXValueType describeValue() {
                        : left < right ? std::strong_ordering::less
                                       : std::strong_ordering::greater;
             },
-            .sample = [](void* value, std::uint64_t random) { *static_cast<T*>(value) = T::sample(random); }};
+            .sample = [](void* value, std::uint64_t random) { *static_cast<T*>(value) = T::sample(random); },
+            .isEmpty = emptyTest<T>()};
     } else if constexpr (HBXRecord<T>) {
-        return {.kind = HBXKind::Record, .record = &T::table, .replace = &replaceValue<T>};
+        return {.kind = HBXKind::Record,
+                .record = &T::table,
+                .replace = &replaceValue<T>,
+                .isEmpty = emptyTest<T>()};
     } else {
         return {.kind = HBXKind::Pointer, .pointer = &T::element_type::family};
     }
@@ -400,6 +425,17 @@ constexpr HBXRow optional(int id) {
     return member<Member>(id, HBXPresence::Optional);
 }
 
+/// A member that is left out when it is empty, and that must read when it is there.
+template <auto Member>
+constexpr HBXRow unlessEmpty(int id) {
+    using Type = typename internal::MemberParts<decltype(Member)>::Type;
+    static_assert(
+        requires(const Type& value) { value.isEmpty(); }, "the member cannot be empty");
+    HBXRow row = member<Member>(id, HBXPresence::UnlessEmpty);
+    row.plain = false;
+    return row;
+}
+
 /// A pointer to a record of a polymorphic family; a null pointer is not written.
 template <auto Member>
 constexpr HBXRow polymorphic(int id) {
@@ -442,6 +478,7 @@ constexpr HBXRow list(int id, int itemId) {
 template <class T, class Base = void>
 constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId, const HBXRow* rows,
                                      std::size_t count) {
+    static_assert(std::is_nothrow_move_constructible_v<T>, "lists of records move them");
     HBXRecordTable table{};
     table.name = name;
     table.nsid = nsid;
@@ -453,7 +490,10 @@ constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId
         table.mandatory |= static_cast<std::uint64_t>(rows[i].presence == HBXPresence::Mandatory) << i;
         table.writtenIds |= std::uint64_t{1} << (static_cast<unsigned>(rows[i].key) & 63U);
         table.fills |= rows[i].id > 0 && !rows[i].flagged && rows[i].kind != HBXKind::Pointer &&
-                       rows[i].presence != HBXPresence::ValueOnly;
+                       rows[i].presence < HBXPresence::UnlessEmpty;
+    }
+    if constexpr (requires { T::family; }) {
+        table.family = &T::family;
     }
     table.simple = std::is_void_v<Base>;
     if constexpr (!std::is_void_v<Base>) {

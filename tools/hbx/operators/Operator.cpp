@@ -34,4 +34,14 @@ std::string describeBadArgument(const HBXMessageIterator& request, void* scratch
     return "the arguments cannot be read";
 }
 
+std::string describeUnreadArgument(const HBXMessageIterator& request, const void* arguments,
+                                   const HBXRecordTable& table) {
+    for (const HBXRow& row : table) {
+        if (!table.isSet(row, arguments) && request.seekPresence(row.id) == 0) {
+            return nameWithType(request, row.id) + " cannot be read";
+        }
+    }
+    return {};
+}
+
 } // namespace HBX::tool

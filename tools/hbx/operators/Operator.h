@@ -3,6 +3,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 
 #include <HBXMessage/HBXRecordTable.h>
 
@@ -43,6 +44,10 @@ struct Operator {
 std::string describeBadArgument(const HBXMessageIterator& request, void* scratch,
                                 const HBXRecordTable& table);
 
+/// Which optional argument is there but could not be read, as one says it in a reply; "" when all could.
+std::string describeUnreadArgument(const HBXMessageIterator& request, const void* arguments,
+                                   const HBXRecordTable& table);
+
 /// A verb out of a function from arguments to results.
 template <class ArgumentRecord, class ResultRecord, Outcome (*Work)(const ArgumentRecord&, ResultRecord&)>
 Outcome answer(const HBXMessageIterator& request, HBXMessageIterator& reply) {
@@ -50,6 +55,10 @@ Outcome answer(const HBXMessageIterator& request, HBXMessageIterator& reply) {
     if (request.getObject(arguments, 0) != 0) {
         return RequestFailure{RequestError::BadArguments,
                               describeBadArgument(request, &arguments, ArgumentRecord::table)};
+    }
+    if (std::string unread = describeUnreadArgument(request, &arguments, ArgumentRecord::table);
+        !unread.empty()) {
+        return RequestFailure{RequestError::BadArguments, std::move(unread)};
     }
     ResultRecord result;
     if (Outcome failure = Work(arguments, result)) {

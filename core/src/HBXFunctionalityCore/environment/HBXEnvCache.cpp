@@ -239,6 +239,8 @@ boost::intrusive_ptr<HBXEnvCache> envCache() {
     return process.cache;
 }
 
+boost::intrusive_ptr<HBXEnvCache> presentEnvCache() { return processCache().cache; }
+
 void finiEnvCache() { processCache().cache.reset(); }
 
 } // namespace HBX

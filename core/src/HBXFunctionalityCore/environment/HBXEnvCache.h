@@ -129,6 +129,8 @@ HBX_EXPORT int initEnvCache(const std::string& fileName, bool removeExisting);
 /// The cache of the process, opened when it is not, or no longer, usable. Null when that fails; to be tried
 /// again.
 HBX_EXPORT boost::intrusive_ptr<HBXEnvCache> envCache();
+/// The same as it is at present: null when it is not open.
+HBX_EXPORT boost::intrusive_ptr<HBXEnvCache> presentEnvCache();
 /// Drops the cache of the process. Lists that are open keep it.
 HBX_EXPORT void finiEnvCache();
 

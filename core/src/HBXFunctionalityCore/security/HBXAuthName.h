@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include <HBXFunctionalityCore/identity/HBXGUID.h>
 #include <HBXMessage/HBXRecord.h>
@@ -12,6 +13,10 @@ struct HBX_EXPORT HBXAuthName {
     HBXOptionalProperty<std::string> domain;
     HBXOptionalProperty<std::string> name;
     HBXGUID realmId; ///< HBXRealm::id
+
+    HBXAuthName() = default;
+    HBXAuthName(std::string domainName, std::string userName)
+        : domain(std::move(domainName)), name(std::move(userName)) {}
 
     static const HBXRecordTable table;
     using Reader = HBXTableReader<HBXAuthName>;

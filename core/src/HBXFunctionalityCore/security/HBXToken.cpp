@@ -12,15 +12,10 @@ namespace HBX {
 
 namespace {
 
-constexpr int kSID = 3265;
-constexpr int kGroups = 3266;
-constexpr int kGroupSID = 3267;
-constexpr int kRestricted = 3268;
-
 constexpr HBXRow kToken[] = {
-    valueOnly<&HBXToken::sid>(kSID),
-    list<&HBXToken::groups>(kGroups, kGroupSID),
-    list<&HBXToken::restricted>(kRestricted, kGroupSID),
+    unlessEmpty<&HBXToken::sid>(3265),
+    list<&HBXToken::groups>(3266, 3267),
+    list<&HBXToken::restricted>(3268, 3267),
 };
 
 /// Never destroyed, so that static destructors may still ask.
@@ -55,14 +50,6 @@ bool isAdministrator(const HBXToken& token, const HBXSID& administrators) {
         return !sid.isEmpty() && (sid == administrators || isSystemAdministrator(sid));
     };
     return matches(token.sid) || std::any_of(token.groups.begin(), token.groups.end(), matches);
-}
-
-auto listReader(int id) {
-    return HBXReaderIDT(HBXReaderListT(HBXReaderListDataT<HBXSID::Reader>(), kGroupSID, 0), id, 0);
-}
-
-auto listWriter(int id) {
-    return HBXWriterIDT(HBXWriterListT(HBXWriterIDT(HBXSID::Writer(), kGroupSID)), id);
 }
 
 } // namespace
@@ -110,22 +97,6 @@ int HBXToken::restrict(const HBXToken& other) {
     }
     groups = std::move(kept);
     return 0;
-}
-
-int HBXToken::Reader::operator()(const HBXMessageIterator& it, HBXToken& token) const {
-    const bool isGood = HBXReaderIDT(HBXSID::Reader(), kSID, 0)(it, token.sid) == 0 &&
-                        listReader(kGroups)(it, token.groups) == 0 &&
-                        listReader(kRestricted)(it, token.restricted) == 0;
-    return isGood ? 0 : -1;
-}
-
-int HBXToken::Writer::operator()(HBXMessageIterator& it, const HBXToken& token) const {
-    if (!token.sid.isEmpty() && it.putObject(token.sid, kSID) != 0) {
-        return -1;
-    }
-    const bool isGood =
-        listWriter(kGroups)(it, token.groups) == 0 && listWriter(kRestricted)(it, token.restricted) == 0;
-    return isGood ? 0 : -1;
 }
 
 } // namespace HBX

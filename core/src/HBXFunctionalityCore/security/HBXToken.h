@@ -10,6 +10,9 @@ namespace HBX {
 
 /// On whose behalf something is done: a principal and the groups it belongs to. Every thread has a current
 /// token; a new thread has one without anything, which is nobody and no administrator.
+///
+/// On a message nothing has to be there, but an identifier that is there must be one (-1). An empty principal
+/// is left out; an empty identifier in a list does not write.
 struct HBX_EXPORT HBXToken {
     HBXSID sid;                     ///< may be empty
     std::vector<HBXSID> groups;     ///< in the order in which they are asked
@@ -35,15 +38,8 @@ struct HBX_EXPORT HBXToken {
     int restrict(const HBXToken& other);
 
     static const HBXRecordTable table;
-
-    /// Nothing has to be there, but an identifier that is there must be one (-1).
-    struct HBX_EXPORT Reader {
-        int operator()(const HBXMessageIterator& it, HBXToken& token) const;
-    };
-    /// Leaves an empty principal out; an empty identifier in a list is -1.
-    struct HBX_EXPORT Writer : HBXWriterMarks<HBXToken> {
-        int operator()(HBXMessageIterator& it, const HBXToken& token) const;
-    };
+    using Reader = HBXTableReader<HBXToken>;
+    using Writer = HBXTableWriter<HBXToken>;
 };
 
 /// Makes a token the calling thread's current one for a scope. Holders end in the reverse order of their

@@ -433,6 +433,7 @@ inline constexpr IdName kElementNames[] = {
     {3322, "last_uid"},
     {3323, "first_gid"},
     {3324, "last_gid"},
+    {3325, "profile"},
     {3400, "schedule"},
     {3401, "next"},
     {3402, "runs"},
@@ -474,6 +475,14 @@ inline constexpr IdName kElementNames[] = {
     {3489, "other"},
     {3490, "control"},
     {3491, "env_administrator"},
+    {3500, "make"},
+    {3501, "uri"},
+    {3502, "type_name"},
+    {3503, "alert"},
+    {3504, "render"},
+    {3505, "upload"},
+    {3506, "download"},
+    {3507, "chunks"},
 };
 
 /// Namespaces: the shared ones, then one per agent module from 401.

@@ -150,7 +150,8 @@ private:
         if (row.list != nullptr) {
             return row.list->resize != nullptr ? readSequence(child, row, value) : readSet(child, row, value);
         }
-        if (row.kind == HBXKind::Pointer || row.presence == HBXPresence::Mandatory) {
+        if (row.kind == HBXKind::Pointer || row.presence == HBXPresence::Mandatory ||
+            row.presence == HBXPresence::UnlessEmpty) {
             return readValue(child, row, value);
         }
         if (row.kind == HBXKind::Record ? readFresh(child, row, value) : readValue(child, row, value)) {

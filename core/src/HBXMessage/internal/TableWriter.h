@@ -79,6 +79,9 @@ private:
         if (row.kind == HBXKind::Pointer && row.type->pointer->isNull(value)) {
             return 0;
         }
+        if (row.presence == HBXPresence::UnlessEmpty && row.type->isEmpty(value)) {
+            return 0;
+        }
         if (mayReplace && (row.kind == HBXKind::Record || row.kind == HBXKind::Text)) {
             sink_.removeFirst(row.id);
         }

@@ -65,6 +65,15 @@ bool toInt(std::string_view text, std::int32_t& value) { return parseNumber(text
 
 bool toInt64(std::string_view text, std::int64_t& value) { return parseNumber(text, value, &parseInt64); }
 
+bool toUInt32(std::string_view text, std::uint32_t& value) {
+    std::int64_t number = 0;
+    if (!toInt64(text, number) || number != static_cast<std::uint32_t>(number)) {
+        return false;
+    }
+    value = static_cast<std::uint32_t>(number);
+    return true;
+}
+
 bool toBool(std::string_view text, bool& value) {
     text = trimBlanks(text);
     std::int32_t number = 0;
@@ -116,6 +125,8 @@ bool parseMember(HBXKind kind, const HBXValueType& type, std::string_view text, 
         return toInt(text, as<std::int32_t>(value));
     case HBXKind::Int64:
         return toInt64(text, as<std::int64_t>(value));
+    case HBXKind::UInt32:
+        return toUInt32(text, as<std::uint32_t>(value));
     case HBXKind::Bool:
         return toBool(text, as<bool>(value));
     case HBXKind::Double:
@@ -149,6 +160,8 @@ std::string_view printMember(HBXKind kind, const HBXValueType& type, const void*
     case HBXKind::Int64:
     case HBXKind::Time:
         return numberText(as<std::int64_t>(value), scratch);
+    case HBXKind::UInt32:
+        return numberText(std::int64_t{as<std::uint32_t>(value)}, scratch);
     case HBXKind::Bool:
         return as<bool>(value) ? "1" : "0";
     case HBXKind::Double:

@@ -32,6 +32,7 @@ inline bool parseShortNumber(std::string_view text, std::int64_t& number) {
 // Each false, with the output untouched, when the text does not convert.
 bool toInt(std::string_view text, std::int32_t& value);
 bool toInt64(std::string_view text, std::int64_t& value);
+bool toUInt32(std::string_view text, std::uint32_t& value);
 bool toBool(std::string_view text, bool& value);
 bool toTimeZone(std::string_view text, std::int64_t& time, std::int32_t& zone);
 bool toTime(std::string_view text, std::int64_t& value);

@@ -1,0 +1,7 @@
+#include <HBXFunctionalityCore/modules/HBXDirMBase.h>
+
+namespace HBX {
+
+HBXDirMBase::~HBXDirMBase() = default;
+
+} // namespace HBX

@@ -1,0 +1,7 @@
+#include <HBXFunctionalityCore/modules/HBXFirewallMBase.h>
+
+namespace HBX {
+
+HBXFirewallMBase::~HBXFirewallMBase() = default;
+
+} // namespace HBX

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <array>
+#include <iterator>
+#include <random>
+#include <string>
+
+#include "support/MessageTestUtil.h"
+
+/// Random writing through a cursor, for trees with a past and for writers that nobody would write.
+namespace HBX::test {
+
+using Random = std::mt19937_64;
+
+/// Elements, attributes, namespaces and types are drawn from these: of the table, numbers without a name,
+/// names of the message's own, among them such as no text form can write as they are. 0 removes, or is
+/// refused; 13 and 77 share a bit of a 64-bit mask.
+inline const std::array<std::string, 9> kNames = {"own",
+                                                  "\xC3\xBC n",
+                                                  "with space",
+                                                  "hbx:odd",
+                                                  "xmlish",
+                                                  "scheduler",
+                                                  std::string("\x01\xFF/\n", 4),
+                                                  std::string(1024, 'x'),
+                                                  "4711"};
+constexpr int kNumbers[] = {0, 283, 1026, 1018, 1021, 77, 13, 0x3FFFFFFF};
+inline const std::array<std::string, 14> kTexts = {"",
+                                                   " \t\n",
+                                                   "text",
+                                                   "&lt;<a b=\"c\">]]>",
+                                                   std::string("\0\xFF\r\n", 4),
+                                                   "\r\n",
+                                                   " lead",
+                                                   "trail \r",
+                                                   "\xC3\xA4",
+                                                   "\xED\xA0\x80",
+                                                   "\xF0\x9F\x98\x80",
+                                                   "\xEF\xBF\xBF",
+                                                   "long enough text \xC0\x80]",
+                                                   std::string(16'380, 'x')};
+
+template <class Range>
+const auto& oneOf(Random& random, const Range& range) {
+    return range[random() % std::size(range)];
+}
+
+/// What an edit may use.
+struct Draw {
+    explicit Draw(Random& random)
+        : number(oneOf(random, kNumbers)), name(oneOf(random, kNames)), text(oneOf(random, kTexts)) {}
+
+    int number;
+    const std::string& name;
+    const std::string& text;
+};
+
+using Edit = int (*)(HBXMessageIterator&, const Draw&);
+
+/// Edits of which most only append.
+constexpr Edit kAppends[] = {
+    [](auto& it, const Draw& draw) { return it.newChild(draw.number); },
+    [](auto& it, const Draw& draw) { return it.newChild(draw.number); },
+    [](auto& it, const Draw& draw) { return it.newChild(draw.number); },
+    [](auto& it, const Draw&) { return it.seekUp(); },
+    [](auto& it, const Draw&) { return it.seekUp(); },
+    [](auto& it, const Draw&) { return it.seekUp(); },
+    [](auto& it, const Draw& draw) { return it.putValue(draw.text, draw.number); },
+    [](auto& it, const Draw& draw) { return it.putValueXML(draw.text, draw.number); },
+    [](auto& it, const Draw& draw) { return it.setNamespace(draw.number); },
+    [](auto& it, const Draw& draw) { return it.saveNamespace(draw.number); },
+    [](auto& it, const Draw& draw) { return it.setComplexType(draw.number, 295); },
+    [](auto& it, const Draw& draw) { return it.setComplexType("scheduler", draw.number == 0 ? "" : "env"); },
+};
+
+/// Edits with names of the message's own, and such as need a tree.
+constexpr Edit kChanges[] = {
+    [](auto& it, const Draw& draw) { return it.newChild(draw.name); },
+    [](auto& it, const Draw& draw) { return it.putValue(draw.text, draw.name); },
+    [](auto& it, const Draw& draw) { return it.setNamespace(draw.name); },
+    [](auto& it, const Draw& draw) { return it.saveNamespace(draw.name); },
+    [](auto& it, const Draw& draw) { return it.setComplexType(draw.name, draw.name); },
+    [](auto& it, const Draw& draw) { return it.putAttr(draw.text, draw.number); },
+    [](auto& it, const Draw& draw) { return it.putAttr(draw.text, it.idOfName(draw.name)); },
+    [](auto& it, const Draw& draw) { return it.setNamespaceChild(draw.number); },
+    [](auto& it, const Draw& draw) { return it.putChild(draw.number); },
+    [](auto& it, const Draw& draw) { return it.seek(draw.number); },
+    [](auto& it, const Draw& draw) { return it.deleteChild(draw.number); },
+    [](auto& it, const Draw&) { return it.deleteFromChild(); },
+    [](auto& it, const Draw&) { return it.firstChild(); },
+    [](auto& it, const Draw&) { return it.nextSibling(); },
+};
+
+} // namespace HBX::test
