@@ -1,4 +1,5 @@
-# Installation, the package that find_package(HBXFunctionalityCore) reads, and the binary packages.
+# What find_package(HBXFunctionalityCore) and pkg-config read. Both find the rest from where they lie themselves, so
+# that an installed copy can be moved.
 
 include(CMakePackageConfigHelpers)
 set(packageDir "${CMAKE_INSTALL_LIBDIR}/cmake/HBXFunctionalityCore")
@@ -7,18 +8,12 @@ configure_package_config_file(cmake/HBXFunctionalityCoreConfig.cmake.in
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/HBXFunctionalityCoreConfigVersion.cmake"
     COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/HBXFunctionalityCoreConfig.cmake"
-              "${PROJECT_BINARY_DIR}/HBXFunctionalityCoreConfigVersion.cmake" DESTINATION "${packageDir}")
-if(TARGET HBX::Common)
-    install(EXPORT HBXFunctionalityCoreTargets NAMESPACE HBX:: DESTINATION "${packageDir}")
-endif()
+              "${PROJECT_BINARY_DIR}/HBXFunctionalityCoreConfigVersion.cmake"
+        DESTINATION "${packageDir}" COMPONENT development)
+install(EXPORT HBXFunctionalityCoreTargets NAMESPACE HBX:: DESTINATION "${packageDir}" COMPONENT development)
 
-set(CPACK_GENERATOR TGZ DEB)
-set(CPACK_PACKAGE_NAME hbxfunctionalitycore)
-set(CPACK_PACKAGE_CONTACT "HBXFunctionalityCore developers")
-set(CPACK_PACKAGE_FILE_NAME "hbxfunctionalitycore-${PROJECT_VERSION}")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-foreach(room IN LISTS HBX_ROOM_FOLDERS)
-    list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/core/src/${room}")
-endforeach()
-include(CPack)
+set(pkgConfigDir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+file(RELATIVE_PATH HBX_PREFIX_FROM_PC "/${pkgConfigDir}" "/")
+configure_file(cmake/HBXFunctionalityCore.pc.in "${PROJECT_BINARY_DIR}/HBXFunctionalityCore.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/HBXFunctionalityCore.pc"
+        DESTINATION "${pkgConfigDir}" COMPONENT development)

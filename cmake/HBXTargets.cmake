@@ -1,6 +1,7 @@
 # How this project declares its targets: rooms (shared libraries), programs, and their warnings.
 
 set(HBX_INCLUDE_ROOT "${PROJECT_SOURCE_DIR}/core/src")
+set(HBX_EXPORTED "${PROJECT_SOURCE_DIR}/packaging/symbols/exported.map")
 set(HBX_ROOMS HBX::FunctionalityCore HBX::Core HBX::Message HBX::Common)
 
 function(hbx_warnings target)
@@ -36,6 +37,7 @@ function(hbx_room name)
     target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${HBX_INCLUDE_ROOT}" FILES ${headers})
     target_compile_features(${name} PUBLIC cxx_std_20)
     set_target_properties(${name} PROPERTIES
+        LINK_DEPENDS "${HBX_EXPORTED}"
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
         EXPORT_NAME ${short}
@@ -46,7 +48,8 @@ function(hbx_room name)
     # Nobody replaces our functions at load time, so calls within a room may be direct and inlined.
     target_compile_options(${name} PRIVATE -fno-semantic-interposition)
     # An unresolved symbol would be an include that points up; clang's sanitizers leave theirs unresolved.
-    target_link_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:LINKER:--no-undefined>)
+    target_link_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:LINKER:--no-undefined>
+                                        "LINKER:--version-script=${HBX_EXPORTED}")
 
     foreach(scope PUBLIC PRIVATE)
         foreach(dependency IN LISTS room_${scope})
@@ -57,8 +60,8 @@ function(hbx_room name)
         endforeach()
     endforeach()
     install(TARGETS ${name} EXPORT HBXFunctionalityCoreTargets
-            LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-            FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+            LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT library NAMELINK_COMPONENT development
+            FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
 endfunction()
 
 # hbx_program(<name> <sources>...): an executable over the rooms.

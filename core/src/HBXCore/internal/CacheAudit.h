@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <vector>
 
-#include <HBXCommon/HBXExport.h>
 #include <HBXCore/internal/CacheView.h>
 
 namespace HBX::internal {
@@ -16,7 +15,7 @@ struct CacheRoot {
 
 /// Goes from the snapshots through all values of a file, and knows then what everything else in the file must
 /// be: the counts, and which space is used. Reads only what a killed process cannot have left half-done.
-class HBX_EXPORT CacheAudit {
+class CacheAudit {
 public:
     /// @param roots  every snapshot at most once. Throws CacheDamage, or std::bad_alloc.
     CacheAudit(char* base, const CacheView& view, const std::vector<CacheRoot>& roots);
