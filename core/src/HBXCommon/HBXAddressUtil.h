@@ -17,6 +17,7 @@ public:
     static std::uint32_t getNetworkMask(int prefix);
 };
 
+/// IPv6 addresses as texts.
 class HBX_EXPORT HBXIPv6 {
 public:
     /// Whether the text is an IPv6 address, with or without a zone ("%eth0") or a network ("/64") behind it.
@@ -26,6 +27,7 @@ public:
 /// Reads a dotted IPv4 address. 0, or -1 with `ip` untouched.
 HBX_EXPORT int strToIp(const std::string& text, std::uint32_t& ip);
 
+/// The dotted form: "10.0.0.1".
 HBX_EXPORT std::string ipToStr(std::uint32_t ip);
 
 /// The dotted form of an IPv4 netmask given as a prefix length of 0 to 32; any other text comes back as it

@@ -36,6 +36,7 @@ public:
     virtual int order() = 0;
     /// How much of a function's name lines show.
     virtual int format() = 0;
+    /// Modules whose lines are wanted or not.
     virtual ModuleFilter filter() = 0;
 };
 

@@ -14,6 +14,7 @@ HBX_EXPORT void setErrorMessage(std::string message);
 /// Empty when nothing was set yet. The reference lives as long as the thread and shows later messages.
 HBX_EXPORT const std::string& getErrorMessage();
 
+/// Empties the calling thread's message.
 HBX_EXPORT void clearErrorMessage();
 
 /// The system's text for an errno value, such as "No such file or directory".

@@ -17,6 +17,7 @@ struct HBXFolderProvider {
 /// Replaces the provider of the process and returns the previous one.
 HBX_EXPORT HBXFolderProvider setFolderProvider(HBXFolderProvider provider);
 
+/// The folders of this instance of the agent, as the provider answers.
 class HBX_EXPORT HBXInstanceFolders {
 public:
     /// The configuration folder.

@@ -8,6 +8,7 @@ namespace HBX {
 /// Used with a guard: `const HBXLockGuard guard(lock);`
 class HBXLock {
 public:
+    /// As std::mutex; not to be taken twice by one thread.
     void lock() { mutex_.lock(); }
     bool try_lock() { return mutex_.try_lock(); }
     void unlock() { mutex_.unlock(); }

@@ -36,6 +36,7 @@ public:
         return create();
     }
 
+    /// Replaces the calling thread's value.
     void set(T value) const { get() = std::move(value); }
 
 private:

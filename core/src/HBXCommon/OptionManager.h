@@ -22,6 +22,7 @@ int oh_read_global_config_option(const char* path, T* value);
 template <class T>
 int oh_get_global_config_option(const char* path, T* value, const T* min, const T* max, bool inclusive);
 
+/// The one type of options that there is.
 extern template HBX_EXPORT int oh_read_global_config_option<int>(const char*, int*);
 extern template HBX_EXPORT int oh_get_global_config_option<int>(const char*, int*, const int*, const int*,
                                                                 bool);

@@ -26,6 +26,7 @@ public:
     constexpr limited_length_string(const std::basic_string<Char>& text)
         : limited_length_string(view_type(text)) {}
 
+    /// The text, without the zeros behind it; a view is good as long as this object.
     [[nodiscard]] constexpr view_type view() const {
         const view_type all(chars_.data(), N);
         return all.substr(0, all.find(Char()));

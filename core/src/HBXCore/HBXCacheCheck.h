@@ -19,6 +19,7 @@ enum class HBXCacheFileKind {
 
 /// One thing about a cache file that is not as it should be.
 struct HBXCacheFinding {
+    /// What it costs.
     enum class Severity {
         Repairable, ///< Of what is derived: the next opener makes it anew and nothing is lost.
         Damage,     ///< The next opener gives the content up.
@@ -42,6 +43,7 @@ struct HBXCacheFindings {
     std::uint64_t valueBytes = 0;
     std::vector<HBXCacheFinding> list; ///< Of the content the first damage only.
 
+    /// Whether anything but what can be made anew is wrong.
     [[nodiscard]] HBX_EXPORT bool isDamaged() const;
 };
 

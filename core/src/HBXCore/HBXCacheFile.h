@@ -87,6 +87,7 @@ struct HBXSnapshotHead {
     std::uint32_t removed;  ///< Entries without value. Derived.
     std::uint32_t spare[2]; ///< 0.
 
+    /// `lengths` taken apart, and put together.
     std::uint32_t sorted() const { return static_cast<std::uint32_t>(lengths); }
     std::uint32_t tail() const { return static_cast<std::uint32_t>(lengths >> 32); }
     std::uint64_t count() const { return std::uint64_t{sorted()} + tail(); }

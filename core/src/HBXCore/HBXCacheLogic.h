@@ -31,6 +31,7 @@ public:
     public:
         using HBXCacheList::HBXCacheList;
 
+        /// Goes over what is there; the same rules as for the list. Good as long as the list.
         class const_iterator {
         public:
             using iterator_category = std::bidirectional_iterator_tag;
@@ -87,6 +88,7 @@ public:
             const Value* value_ = nullptr;
         };
 
+        /// First value, and end.
         const_iterator begin() const { return {this, entriesBegin()}; }
         const_iterator end() const { return {this, entriesEnd()}; }
         /// The value of a key; null when absent.
@@ -136,9 +138,11 @@ public:
     int remove(const Key& key) { return removeKey(&key); }
 
 protected:
+    /// See createInstance.
     HBXCacheLogic(const std::string& name, std::size_t a, std::size_t b, std::size_t c)
         : HBXCacheLogicBase(name, kFormat, {a, b, c}) {}
 
+    /// A mapping of the cache's own kind.
     boost::intrusive_ptr<HBXMappedMemoryManager> newManager() const override {
         return new MemoryManager(getID(), maximumFileSize());
     }

@@ -59,9 +59,11 @@ public:
 
     /// The name given at construction, which is the file's.
     const std::string& getID() const { return name_; }
+    /// Whether the file is mapped and the cache can be used.
     bool isAccessible() const { return memory_.load(std::memory_order_acquire) != nullptr; }
     /// Forgets the mapping. @return 0.
     int reinit();
+    /// What this cache and its file agree on.
     const HBXCacheFormat& format() const { return format_; }
     /// Whether the file still stands under its name; one system call.
     bool isLinked();
@@ -103,9 +105,12 @@ protected:
 
     HBXCacheLogicBase(std::string name, const HBXCacheFormat& format, const HBXCacheSizes& sizes);
 
+    /// A mapping that is not made yet; never null.
     virtual boost::intrusive_ptr<HBXMappedMemoryManager> newManager() const = 0;
+    /// Bytes.
     std::size_t maximumFileSize() const { return sizes_.maximumFileSize; }
 
+    /// Begins a locked operation, with the mapping as it is now: 0 or a code. `unlock` ends it, after 0 only.
     int lock(Storage& storage);
     void unlock(Storage& storage);
 

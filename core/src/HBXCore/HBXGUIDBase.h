@@ -37,6 +37,7 @@ public:
     [[nodiscard]] bool isValid() const { return *this != HBXGUIDBase(); }
     /// The two halves as the constructor takes them.
     void getData(std::int64_t& hi, std::int64_t& lo) const;
+    /// The 16 bytes; good as long as this object.
     [[nodiscard]] const std::uint8_t* data() const { return bytes_.data(); }
 
     /// 36 characters, lower case: "01234567-89ab-cdef-0123-456789abcdef".

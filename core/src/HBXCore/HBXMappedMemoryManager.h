@@ -27,11 +27,14 @@ public:
     virtual int remap(std::size_t size, const HBXMappedMemoryManager& previous) {
         return file_.remap(size, nullptr, &previous.file_) != nullptr ? 0 : -1;
     }
+    /// Waits for the lock that all processes share; 0 or -1.
     virtual int lock() { return file_.lock(false); }
+    /// Makes the file longer; 0 or -1 with the error message.
     virtual int grow(std::size_t size) { return file_.grow(size); }
     /// Sees every block before it is filled.
     virtual void prepareBlock(void* /*memory*/, std::size_t /*size*/) {}
 
+    /// What it is made of; the memory is null until `map`.
     const std::string& name() const { return name_; }
     HBXMemoryMappedFile& file() { return file_; }
     const HBXMemoryMappedFile& file() const { return file_; }

@@ -46,6 +46,7 @@ public:
     /// @param address  where; null for anywhere, nothing else is known.
     void* remap(std::size_t size, void* address, const HBXMemoryMappedFile* previous);
 
+    /// Where the file is mapped; null when it is not.
     void* getMemory() const { return memory_; }
     /// Size of the file, in bytes. Under the lock.
     std::size_t getSize() const;
@@ -54,6 +55,7 @@ public:
 
     /// @param onlyTry  do not wait. @return 0; -1 when the lock is broken, or not free in time.
     int lock(bool onlyTry);
+    /// Lets the lock go, which this thread holds.
     void unlock();
     /// Allows or forbids writing through the mapping. 0; -1 with errno.
     int protectMemory(bool readOnly);
@@ -78,6 +80,7 @@ public:
     /// Declares the content unusable for everybody. May be called without the lock when it cannot be had.
     void abandon();
 
+    /// What this file's mappings have in common, and the state of the file that this one is of.
     internal::CacheAttachment& attachment() const { return *attachment_; }
     std::uint64_t generation() const { return generation_; }
 

@@ -44,6 +44,7 @@ public:
     }
     /// Bytes of the block of a payload, head included.
     std::uint64_t blockSizeAt(pointer_type payload) const;
+    /// Bytes of all blocks in use, and where the heap ends.
     std::uint64_t totalAllocated() const { return state().total; }
     std::uint64_t end() const { return state().end; }
 
@@ -54,6 +55,7 @@ public:
     /// The next block in use begins at `payload - kHeadSize` and needs `size` bytes; what is between it and
     /// the block before becomes free.
     void layUsed(pointer_type payload, std::uint64_t size);
+    /// Ends a rebuild: what is left becomes free, and the tree of free blocks is made.
     void finishRebuild();
 
     /// Walks all blocks and the tree of free ones and throws where they disagree.

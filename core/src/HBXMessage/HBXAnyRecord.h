@@ -17,6 +17,7 @@ struct HBXRecordEntry {
     void (*destroy)(void* record);
 };
 
+/// The entry of a type.
 template <HBXRecord T>
 constexpr HBXRecordEntry recordEntry() {
     return {&T::table, []() -> void* { return new T(); },
@@ -30,6 +31,7 @@ public:
     explicit HBXAnyRecord(const HBXRecordEntry& entry)
         : table_(entry.table), value_(entry.create(), entry.destroy) {}
 
+    /// The type, and the object itself, good as long as this one.
     [[nodiscard]] const HBXRecordTable& table() const { return *table_; }
     [[nodiscard]] void* get() { return value_.get(); }
     [[nodiscard]] const void* get() const { return value_.get(); }

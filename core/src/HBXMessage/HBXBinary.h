@@ -64,6 +64,7 @@ public:
     int getVersion(int& value) const override;
     int setVersion(int value) override;
 
+    /// What the cursors work on.
     internal::Tree& tree() { return *tree_; }
     [[nodiscard]] const internal::Tree& tree() const { return *tree_; }
     internal::Envelope& envelope() { return *envelope_; }

@@ -72,6 +72,7 @@ public:
 
     /// Whether the element is still there.
     [[nodiscard]] bool alive() const;
+    /// The message of the tree.
     [[nodiscard]] HBXBinary& binary() const { return *message_; }
     /// The element's index in the tree; good only while alive.
     [[nodiscard]] std::uint32_t node() const { return node_; }

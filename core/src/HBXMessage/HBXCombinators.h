@@ -14,6 +14,7 @@ namespace HBX {
 
 /// The descriptors of a writer without marks; combinators have these.
 struct HBXPlainMarks {
+    /// No namespace and no type, neither by number nor by name.
     static int getNSID() { return 0; }
     static const char* getNSName() { return ""; }
     static int getTypeID() { return 0; }
@@ -208,6 +209,7 @@ class HBXWriterPointerDataT {
 public:
     explicit HBXWriterPointerDataT(Writer writer = Writer()) : writer_(std::move(writer)) {}
 
+    /// The marks are those of the writer behind.
     static int getNSID() { return Writer::getNSID(); }
     static const char* getNSName() { return Writer::getNSName(); }
     static int getTypeID() { return Writer::getTypeID(); }

@@ -31,9 +31,11 @@ template <class Base>
 struct HBXFactoryData {
     using Entry = HBXDerivedParserFactory<Base, Base>;
 
+    /// The entries by type name, by class, and the one for elements of unknown type (null: none).
     [[nodiscard]] const std::map<std::string, Entry*>& factories() const { return byName; }
     [[nodiscard]] const std::map<std::string, Entry*>& factoriesByType() const { return byClass; }
     [[nodiscard]] Entry* defaultFactory() const { return fallback; }
+    /// The entry of this number, in the order of their type names.
     [[nodiscard]] auto entry(std::size_t which) const {
         return std::next(byName.begin(), static_cast<std::ptrdiff_t>(which));
     }
@@ -50,12 +52,17 @@ public:
     virtual ~HBXDerivedParserFactory() = default;
     /// The cursor stands on the object's element; the pointer is replaced only on 0.
     virtual int read(const HBXMessageIterator& it, boost::shared_ptr<Base>& object) = 0;
+    /// Writes the object with its marks into the current element; -1 when it is of another class.
     virtual int write(HBXMessageIterator& it, const Base& object) = 0;
 
+    /// A new object with default values.
     virtual boost::shared_ptr<Base> create() const = 0;
+    /// Of the derived record.
     virtual const HBXRecordTable& table() const = 0;
+    /// "namespace:type", by which elements name the record.
     virtual std::string qualifiedName() const = 0;
 
+    /// The family's one registry; never null.
     static boost::shared_ptr<HBXFactoryData<Base>> factoryInternalData();
     static boost::shared_ptr<const HBXFactoryData<Base>> factoryData() { return factoryInternalData(); }
 };
@@ -101,6 +108,7 @@ public:
                                                      HBXDefaultMap::findTypeID(Writer::getTypeID()));
     }
 
+    /// Adds the entry to the registry. Ends the program when name, class or default are there already.
     void addFactory(bool isDefault, const char* className) {
         if (Writer::getNSName() == nullptr) {
             abortFamily(237);

@@ -51,16 +51,19 @@ HBXReadCall readCall(T& value) {
 
 } // namespace internal
 
+/// Encodes a record as a whole message; see `encodeMessage`.
 template <class T>
 int encodeRecord(const T& value, std::string& bytes) {
     return encodeMessage(internal::writeCall(value), bytes);
 }
 
+/// Reads such a message; see `decodeMessage`.
 template <class T>
 int decodeRecord(std::string_view bytes, T& value) {
     return decodeMessage(bytes, internal::readCall(value));
 }
 
+/// Reads one that nobody can have changed; see `decodeTrustedMessage`.
 template <class T>
 int decodeTrustedRecord(std::string_view bytes, T& value) {
     return decodeTrustedMessage(bytes, internal::readCall(value));

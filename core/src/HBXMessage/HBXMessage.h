@@ -44,6 +44,7 @@ public:
 
     /// true: an independent copy. false: this message with one more reference.
     virtual HBXMessage* copy(bool deep) = 0;
+    /// Drops one reference; the last one ends the message.
     void destroy();
 
     /// A cursor on the root, owned by the caller.
@@ -82,22 +83,28 @@ public:
     /// The kind of message object; 0 for the one kind there is.
     virtual int messageType() const { return 0; }
 
+    /// Envelope: who sent it.
     virtual int getOrigin(std::string& value) const = 0;
     virtual int setOrigin(const std::string& value) = 0;
+    /// To whom it goes.
     virtual int getTarget(std::vector<std::string>& value) const = 0;
     /// Replaces all targets.
     virtual int setTarget(const std::vector<std::string>& value) = 0;
+    /// Makes this the only target, or adds it.
     int setTarget(const std::string& value) { return setTarget(std::vector<std::string>{value}); }
     virtual int addTarget(const std::string& value) = 0;
+    /// By which sender and receiver know it.
     virtual int getID(std::string& value) const = 0;
     /// overwrite false: an id that is set stays.
     virtual int setID(const std::string& value, bool overwrite) = 0;
+    /// Numbers that travel with the message.
     virtual int getLog(int& value) const = 0;
     virtual int setLog(int value) = 0;
     virtual int getPriority(int& value) const = 0;
     virtual int setPriority(int value) = 0;
     virtual int getProgress(int& value) const = 0;
     virtual int setProgress(int value) = 0;
+    /// The session it belongs to, by name and by identifier.
     virtual int getSession(std::string& value) const = 0;
     virtual int setSession(const std::string& value) = 0;
     virtual int getSessionID(std::string& value) const = 0;
@@ -110,10 +117,12 @@ public:
     /// Seconds since 1970-01-01 UTC.
     virtual int getTime(std::int64_t& value) const = 0;
     virtual int setTime(std::int64_t value) = 0;
+    /// How long an answer may take, and the limit for that.
     virtual int getTimeout(int& value) const = 0;
     virtual int setTimeout(int value) = 0;
     virtual int getTimeoutLimit(int& value) const = 0;
     virtual int setTimeoutLimit(int value) = 0;
+    /// What kind of message it is, for whom it was sent, and by which version: as the sender says.
     virtual int getType(int& value) const = 0;
     virtual int setType(int value) = 0;
     virtual int getUid(std::string& value) const = 0;
@@ -144,6 +153,7 @@ private:
 /// Makes messages. The caller owns one reference of what it gets.
 class HBX_EXPORT HBXMsgFactory {
 public:
+    /// Empty.
     static HBXMessage* createNew();
     /// From the binary form; null when the bytes are no message.
     static HBXMessage* createNew(const char* data, int length);

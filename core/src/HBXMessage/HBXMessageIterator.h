@@ -26,8 +26,8 @@ public:
     virtual ~HBXMessageIterator();
 
     // --- moving
-    // -----------------------------------------------------------------------------------------------
 
+    /// To the root.
     virtual int seekRoot() const = 0;
     /// To the parent; -1 at the root. Every successful step down is matched by exactly one.
     virtual int seekUp() const = 0;
@@ -39,19 +39,21 @@ public:
     /// Whether such a child is there: 0 or -1; never moves.
     virtual int seekPresence(int id) const = 0;
     int seekPresence(const std::string& name) const;
+    /// Down to the first child, of this id or name when one is given.
     virtual int firstChild() const = 0;
     int firstChild(int id) const { return seek(id); }
     int firstChild(const std::string& name) const;
+    /// To the next sibling, likewise; -1 at the last one.
     virtual int nextSibling() const = 0;
     virtual int nextSibling(int id) const = 0;
     int nextSibling(const std::string& name) const;
 
     // --- the current element
-    // ----------------------------------------------------------------------------------
 
     /// Element id; for a name outside the fixed table an id from 0x40000000 on that is good in this message
     /// only.
     virtual int curID() const = 0;
+    /// 0 without a namespace.
     virtual int curNamespaceID() const = 0;
     /// "" for an id without a name.
     virtual std::string curName() const = 0;
@@ -59,7 +61,6 @@ public:
     virtual std::string curType() const = 0;
 
     // --- building
-    // ---------------------------------------------------------------------------------------------
 
     /// Appends a child and steps down onto it.
     virtual int newChild(int id) = 0;
@@ -86,9 +87,9 @@ public:
     int setComplexType(const std::string& nsName, const std::string& typeName);
 
     // --- values
-    // ----------------------------------------------------------------------------------------------- Values
-    // are text; the getter decides the kind. Blanks around a number are ignored.
+    // Values are text; the getter decides the kind. Blanks around a number are ignored.
 
+    /// The value of the first child of this id, as a number or text.
     int getValue(int& value, int id) const;
     int getValue(std::string& value, int id) const;
     int getValue(bool& value, int id) const;
@@ -103,6 +104,7 @@ public:
     /// Only values that were put as XML.
     int getValueXML(std::string& value, int id) const;
 
+    /// The same of the first child of this name.
     int getValue(int& value, const std::string& name) const;
     int getValue(std::string& value, const std::string& name) const;
     int getValue(bool& value, const std::string& name) const;
@@ -126,6 +128,7 @@ public:
     /// The fragment is neither parsed nor checked.
     int putValueXML(const std::string& value, int id);
 
+    /// The same with a name.
     int putValue(int value, const std::string& name);
     int putValue(const std::string& value, const std::string& name);
     int putValueLongLong(std::int64_t value, const std::string& name);
@@ -147,8 +150,8 @@ public:
     int putValue(const bool*, const std::string&) = delete;
 
     // --- attributes of the current element
-    // ----------------------------------------------------------------------
 
+    /// The value of an attribute; results as for values.
     int getAttr(int& value, int attrId) const;
     int getAttr(std::string& value, int attrId) const;
     int getAttrTime(std::int64_t& value, int attrId) const;
@@ -158,9 +161,8 @@ public:
     int putAttrTime(std::int64_t value, int attrId);
 
     // --- whole trees
-    // -------------------------------------------------------------------------------------------- Results in
-    // `char**` come from malloc and are the caller's to free; they are untouched on failure. `flags` has no
-    // effect on the content.
+    // Results in `char**` come from malloc and are the caller's to free; they are untouched on failure.
+    // `flags` has no effect on the content.
 
     /// The whole message in binary form.
     virtual int serialize(char** out, int* length, int flags) const = 0;
@@ -171,6 +173,7 @@ public:
     /// Zero-terminated text from malloc, null on failure: of the whole message, of the current element.
     virtual char* toText() const = 0;
     virtual char* toTextFromChild() const = 0;
+    /// Appends what the text holds, as `deserializeToChild`.
     virtual int fromTextToChild(const char* text) = 0;
 
     /// The owning message; valid as long as this cursor.
@@ -183,7 +186,6 @@ public:
     virtual int getOrigin(std::string& origin) const = 0;
 
     // --- records
-    // --------------------------------------------------------------------------------------------------
 
     /// Reads a record from the child of this id, which must be there (-1 and `value` untouched otherwise);
     /// id 0: from the current element.
@@ -203,11 +205,11 @@ public:
     virtual int writeTable(const void* record, const HBXRecordTable& table) = 0;
 
     // --- what a cursor supplies
-    // -----------------------------------------------------------------------------------
 
     /// The text of a value as it lies in the message: 0, 1 or -1 as for getters. The view is good until the
     /// message changes.
     virtual int rawValue(int id, std::string_view& text, bool& xml) const = 0;
+    /// Puts a value, and reads or puts an attribute, in that same form.
     virtual int putRawValue(int id, std::string_view text, bool xml) = 0;
     virtual int rawAttr(int id, std::string_view& text) const = 0;
     virtual int putRawAttr(int id, std::string_view text) = 0;
@@ -219,9 +221,11 @@ protected:
     HBXMessageIterator(const HBXMessageIterator&) = default;
     HBXMessageIterator& operator=(const HBXMessageIterator&) = default;
 
+    /// Walks an absolute path, wholly or not at all.
     virtual int seekPath(std::string_view path) const = 0;
     /// The id for a name, given to it when it is new; 0 when it is empty or too long.
     virtual int internName(std::string_view name) = 0;
+    /// The forms with names of `setNamespace`, `saveNamespace` and `setComplexType`.
     virtual int setNamespaceName(const std::string& name) = 0;
     virtual int saveNamespaceName(const std::string& name) = 0;
     virtual int setComplexTypeNames(const std::string& nsName, const std::string& typeName) = 0;

@@ -18,9 +18,11 @@ public:
         return *this;
     }
 
+    /// Whether there is a value.
     [[nodiscard]] bool isSet() const { return set_; }
     /// The value; a default one while unset.
     [[nodiscard]] const Value& get() const { return value_; }
+    /// Sets a value, or takes it away.
     void set(Value value) {
         value_ = std::move(value);
         set_ = true;

@@ -30,18 +30,21 @@ concept HBXRecord = std::same_as<decltype(T::table), const HBXRecordTable>;
 /// The type marks of a record's writer, from its table. (The names are empty: a record is marked by numbers.)
 template <class T>
 struct HBXWriterMarks {
+    /// Numbers of namespace and type, 0 for none; the names are empty.
     static int getNSID() { return recordNamespace(T::table); }
     static const char* getNSName() { return ""; }
     static int getTypeID() { return recordType(T::table); }
     static const char* getTypeName() { return ""; }
 };
 
+/// The reader of a record that its table says wholly: 0, or -1 at the first member that fails.
 template <class T>
 struct HBXTableReader {
     static constexpr bool kFollowsTable = true;
     int operator()(const HBXMessageIterator& it, T& value) const { return it.readTable(&value, T::table); }
 };
 
+/// The writer of such a record.
 template <class T>
 struct HBXTableWriter : HBXWriterMarks<T> {
     static constexpr bool kFollowsTable = true;
@@ -60,11 +63,13 @@ struct HBXTextReader {
     }
 };
 
+/// Writes such a record: its text is the value of the current element.
 template <class T>
 struct HBXTextWriter : HBXWriterMarks<T> {
     int operator()(HBXMessageIterator& it, const T& value) const { return it.putValue(value.toString(), 0); }
 };
 
+/// The ids that mark a record's elements; 0 for none.
 HBX_EXPORT int recordNamespace(const HBXRecordTable& table);
 HBX_EXPORT int recordType(const HBXRecordTable& table);
 

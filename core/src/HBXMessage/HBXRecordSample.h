@@ -12,6 +12,7 @@ namespace HBX {
 /// levels. For tests, benchmarks and examples of messages.
 HBX_EXPORT void fillSample(void* record, const HBXRecordTable& table, std::mt19937_64& random);
 
+/// A new record, filled likewise.
 template <HBXRecord T>
 T makeSample(std::mt19937_64& random) {
     T record;

@@ -22,6 +22,8 @@
 ///     constinit const HBXRecordTable HBXFoo::table = recordTable<HBXFoo>("HBXFoo", 401, 5012, kFoo);
 namespace HBX {
 
+/// How a value is read and written. Text: by the type's own text; Record: as a record; Pointer: by its
+/// family.
 enum class HBXKind : std::uint8_t {
     Int,
     Int64,
@@ -104,6 +106,7 @@ struct HBXElementHead {
     std::uint32_t size;
 };
 
+/// The head of elements of this id.
 constexpr HBXElementHead textElementHead(int id) {
     HBXElementHead head{};
     auto rest = static_cast<std::uint64_t>(id) << 3;
@@ -116,6 +119,7 @@ constexpr HBXElementHead textElementHead(int id) {
     return rest == 0 && id > 0 ? head : HBXElementHead{};
 }
 
+/// One member of a record; made by the functions below.
 struct HBXRow {
     const void* where;        ///< the value inside the record that `HBXRecordTable::origin` stands for
     const bool* flag;         ///< set flag of an optional property there, null for plain members
@@ -162,18 +166,22 @@ struct HBXRecordTable {
     int (*read)(const HBXMessageIterator& it, void* record);
     int (*write)(HBXMessageIterator& it, const void* record);
 
+    /// The rows of the record's own members.
     [[nodiscard]] const HBXRow* begin() const { return rows; }
     [[nodiscard]] const HBXRow* end() const { return rows + rowCount; }
+    /// Where a row's value lies in a record.
     [[nodiscard]] const void* at(const HBXRow& row, const void* record) const {
         return static_cast<const char*>(record) + offset(row.where);
     }
     [[nodiscard]] void* at(const HBXRow& row, void* record) const {
         return static_cast<char*>(record) + offset(row.where);
     }
+    /// Whether the member has a value; always, unless it is an optional property.
     [[nodiscard]] bool isSet(const HBXRow& row, const void* record) const {
         return row.flag == nullptr ||
                *reinterpret_cast<const bool*>(static_cast<const char*>(record) + offset(row.flag));
     }
+    /// Says that it has one now.
     void markSet(const HBXRow& row, void* record) const {
         if (row.flag != nullptr) {
             *reinterpret_cast<bool*>(static_cast<char*>(record) + offset(row.flag)) = true;
@@ -525,6 +533,7 @@ constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId
     return table;
 }
 
+/// The same from an array of at most 64 rows: how records define their tables.
 template <class T, class Base = void, std::size_t N>
 constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId, const HBXRow (&rows)[N]) {
     static_assert(N <= 64, "reading keeps one bit per row");

@@ -14,8 +14,10 @@ class HBX_EXPORT HBXRecordVisitor {
 public:
     virtual ~HBXRecordVisitor();
 
+    /// A record begins, and ends; what lies between are its members.
     virtual void beginRecord(const HBXRow* row, const HBXRecordTable& table) = 0;
     virtual void endRecord() = 0;
+    /// A list of `count` items begins, and ends.
     virtual void beginList(const HBXRow& row, std::size_t count) = 0;
     virtual void endList() = 0;
     /// One value with its text as a message would hold it.
@@ -24,8 +26,10 @@ public:
     virtual void absent(const HBXRow* row) = 0;
 };
 
+/// Shows the record's members to the visitor.
 HBX_EXPORT void visitRecord(const void* record, const HBXRecordTable& table, HBXRecordVisitor& visitor);
 
+/// The same.
 template <HBXRecord T>
 void visitRecord(const T& record, HBXRecordVisitor& visitor) {
     visitRecord(&record, T::table, visitor);

@@ -15,6 +15,7 @@ struct HBXInfo;
 struct HBX_EXPORT HBXAlertData : HBXEventData {
     /// Readers keep any number: it may come from a peer that knows more levels.
     enum AlertType : std::int32_t { GREEN, YELLOW, RED, BLACK };
+    /// What a level is about; an environment has one level for each.
     enum AlertReason : std::int32_t { RESOURCE, SERVER_GROUP, BACKUP, LICENSE, OTHER };
 
     static constexpr int kReasons = OTHER + 1;
@@ -67,6 +68,7 @@ struct HBX_EXPORT HBXAlertTypeReader {
     int operator()(const HBXMessageIterator& it, HBXAlertData::AlertType& type) const;
 };
 struct HBX_EXPORT HBXAlertTypeWriter : HBXPlainMarks {
+    /// The type that marks a level.
     static int getTypeID() { return 50; }
     int operator()(HBXMessageIterator& it, HBXAlertData::AlertType type) const;
 };

@@ -12,9 +12,11 @@ struct HBX_EXPORT HBXAnyData {
 
     static const HBXRecordTable table;
 
+    /// Takes all that the current element holds.
     struct HBX_EXPORT Reader {
         int operator()(const HBXMessageIterator& it, HBXAnyData& data) const;
     };
+    /// Puts it there again.
     struct HBX_EXPORT Writer : HBXWriterMarks<HBXAnyData> {
         int operator()(HBXMessageIterator& it, const HBXAnyData& data) const;
     };
@@ -26,9 +28,11 @@ struct HBX_EXPORT HBXAnyEventData : HBXEventData {
 
     static const HBXRecordTable table;
 
+    /// Takes all that the current element holds.
     struct HBX_EXPORT Reader {
         int operator()(const HBXMessageIterator& it, HBXAnyEventData& value) const;
     };
+    /// Puts it there again.
     struct HBX_EXPORT Writer : HBXWriterMarks<HBXAnyEventData> {
         int operator()(HBXMessageIterator& it, const HBXAnyEventData& value) const;
     };

@@ -19,14 +19,17 @@ public:
     /// Ask `isValid` whether the text was a reference. A storage that cannot be read is logged.
     explicit HBXBackupURI(const std::string& text);
 
+    /// The backup's identifier.
     [[nodiscard]] const std::string& id() const { return id_; }
     void id(const std::string& value) { id_ = value; }
+    /// The path inside the backup; empty: the whole of it.
     [[nodiscard]] const std::string& path() const { return path_; }
     void path(const std::string& value) { path_ = value; }
     /// Null when there is none.
     [[nodiscard]] const HBXDSLocation* storage() const {
         return storage_.isSet() ? &storage_.get() : nullptr;
     }
+    /// Says where the backup is kept.
     void storage(const HBXDSLocation& value) { storage_.set(value); }
 
     /// Whether it names anything: the identifier is not empty.

@@ -14,11 +14,14 @@ public:
     HBXURI() = default;
     explicit HBXURI(std::string_view text) { uri(text); }
 
+    /// What stands before "://".
     [[nodiscard]] const std::string& type() const { return type_; }
     void type(std::string value) { type_ = std::move(value); }
+    /// What stands behind it.
     [[nodiscard]] const std::string& path() const { return path_; }
     void path(std::string value) { path_ = std::move(value); }
 
+    /// The whole text.
     [[nodiscard]] std::string uri() const { return type_ + "://" + path_; }
     /// A text without "://" leaves both parts empty.
     void uri(std::string_view text);

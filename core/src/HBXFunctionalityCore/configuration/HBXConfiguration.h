@@ -32,12 +32,15 @@ public:
 
     /// Takes a handle of its own; null empties. `deep`: of a copy of the message.
     void reset(HBXMessage* message, bool deep);
+    /// Null when empty; this object keeps its handles.
     [[nodiscard]] HBXMessage* message() const { return message_.get(); }
     [[nodiscard]] HBXMessageIterator* iterator() const { return iterator_.get(); }
 
-    // As a value that is one text: the message in its text form, "" when there is none.
+    /// The message in its text form, "" when there is none: so this is a value that is one text.
     [[nodiscard]] std::string toString() const;
+    /// Reads such a text; -1 and unchanged when it is no message.
     int fromString(std::string_view text);
+    /// One that follows from the number, for tests.
     static HBXConfigurationContent sample(std::uint64_t random);
 
     /// By the bytes of the messages; no message comes first.
@@ -99,7 +102,9 @@ public:
 
     // The server group. Operations that write create the section, and everything above it, when missing.
 
+    /// Whether the section names a master.
     [[nodiscard]] bool isInServerGroup() const;
+    /// The identifier of the group's master, which `delMaster` removes.
     int getMaster(HBXEID& id) const;
     int setMaster(const HBXEID& id);
     int delMaster();
@@ -107,6 +112,7 @@ public:
     [[nodiscard]] bool isMaster() const;
     /// In a group whose master is known to be another environment than the local one, itself known.
     [[nodiscard]] bool isSlave() const;
+    /// Creates the list of client environments, still empty; one that is there stays.
     int setMasterness();
     /// 0 also when there is nothing to undo; -1, nothing changed, while there are client environments.
     int unsetMasterness();
@@ -121,11 +127,14 @@ public:
 
     /// Adds to the map; of entries with one identifier the first counts. -1 when there is no table.
     int getMappingTable(std::map<HBXEID, HBXConnectionInfo>& mappings) const;
+    /// One entry; -1, `info` untouched, when there is none.
     int findMapping(const HBXEID& id, HBXConnectionInfo& info) const;
     /// Replaces or appends the entry. Creates the table but not the section above it.
     int setMapping(const HBXEID& id, const HBXConnectionInfo& info);
+    /// Removes the first entry of that identifier; -1 when there is none.
     int removeMapping(const HBXEID& id);
 
+    /// The realm that the agent itself knows, by its identifier.
     int getBuiltinRealmID(HBXGUID& id) const;
     /// Null when identifier or list cannot be read (one damaged realm is enough), or the list lacks it.
     [[nodiscard]] boost::shared_ptr<HBXRealm> getBuiltinRealm() const;

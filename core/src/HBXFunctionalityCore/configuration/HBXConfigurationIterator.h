@@ -40,28 +40,31 @@ public:
     /// When the wrapper is there but the child fails, the iterator is left inside the wrapper, at level 1; so
     /// it is for `firstChild`.
     int newChild(const std::string& name);
+    /// Onto the first child, of this name when one is given; see `newChild`.
     int firstChild();
     int firstChild(const std::string& name);
 
-    // These go to the message's cursor as they are; the level does not follow.
+    /// Onto the next sibling in the message; the level does not follow.
     int nextSibling();
     int nextSibling(const std::string& name);
     /// Removes the current element; the cursor goes to its parent in the message, which may be the wrapper.
     int deleteFromChild();
+    /// The name of the current element.
     [[nodiscard]] std::string curName() const;
 
-    // A value at the end of a path; the iterator does not move. Reads leave `value` untouched on failure.
-    // Writes replace, and create every element that is missing on the way, the wrapper too; what a failed one
-    // has created stays.
+    /// The value at the end of a path, untouched on failure; the iterator does not move.
     int getValue(std::string& value, const std::string& path);
     int getValue(int& value, const std::string& path);
     int getValueBase64(std::string& value, const std::string& path);
+    /// Replaces it, and creates every element that is missing on the way, the wrapper too; what a failed call
+    /// has created stays.
     int putValue(const std::string& value, const std::string& path);
     int putValue(int value, const std::string& path);
     int putValueBase64(const std::string& value, const std::string& path);
 
     /// A new configuration over the same message, owned by the caller.
     [[nodiscard]] HBXConfiguration* getConfig() const;
+    /// The message; this object keeps its handle.
     [[nodiscard]] HBXMessage* getMessage() const { return message_.get(); }
     /// A new iterator on the top element of the same message, owned by the caller.
     [[nodiscard]] HBXConfigurationIterator* getIterator() const;
@@ -73,7 +76,9 @@ protected:
     /// message, which is not null.
     explicit HBXConfigurationIterator(HBXMessage* message);
 
+    /// To the top element, level 0.
     int seekRoot();
+    /// One element of a path, through the wrapper where it lies; `createSubPath` creates what is missing.
     int seekSubPath(const std::string& name);
     int createSubPath(const std::string& name);
     /// Remembers the position, then goes along the path. On failure the iterator stays where it got to:

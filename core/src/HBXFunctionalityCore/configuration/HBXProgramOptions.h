@@ -12,7 +12,9 @@ public:
     using Options = std::vector<boost::program_options::basic_option<char>>;
 
     virtual ~serializer() = default;
+    /// Brings the options back.
     virtual int read(Options& options) = 0;
+    /// Keeps them, in place of what was kept.
     virtual int write(Options& options) = 0;
 };
 

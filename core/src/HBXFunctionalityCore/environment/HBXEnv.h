@@ -32,13 +32,15 @@ public:
     HBXEnv& operator=(HBXEnv&&) noexcept = default;
     virtual ~HBXEnv();
 
-    // Setters: 0.
-
+    /// The environment's identifier.
     [[nodiscard]] const HBXEID& getEID() const { return getCoreBasic()->eid; }
+    /// Its parent's; null at the top. Setters: 0.
     [[nodiscard]] const HBXEID& getParentEID() const { return getCoreBasic()->parentEid; }
     int setParentEID(const HBXEID& eid);
+    /// What state it is in.
     [[nodiscard]] const HBXEnvStatus& getStatus() const { return getCoreBasic()->status; }
     int setStatus(const HBXEnvStatus& status);
+    /// Of which type it is; "generic" unless a module says otherwise.
     [[nodiscard]] const HBXEnvType& getType() const { return getCoreBasic()->type; }
     /// GREEN, and -1 for the setter, for a reason that there is not.
     [[nodiscard]] HBXAlertData::AlertType getAlertType(HBXAlertData::AlertReason reason) const;
@@ -74,6 +76,7 @@ public:
     struct HBX_EXPORT Reader {
         int operator()(const HBXMessageIterator& it, HBXEnv& env) const;
     };
+    /// All of it, in the present state of the configurations.
     struct HBX_EXPORT Writer : HBXWriterMarks<HBXEnv> {
         int operator()(HBXMessageIterator& it, const HBXEnv& env) const;
     };

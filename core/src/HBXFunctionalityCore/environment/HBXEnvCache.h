@@ -31,6 +31,8 @@ public:
         PreProcess(const PreProcess&) = delete;
         PreProcess& operator=(const PreProcess&) = delete;
 
+        /// Before an environment is stored or removed; what is not 0 is the result of the change, which is
+        /// not made.
         virtual int insert(const HBXEnv& env);
         virtual int update(const HBXEnv& env);
         virtual int remove(const HBXEnv& env);
@@ -43,6 +45,7 @@ public:
     public:
         using ValuesList::ValuesList;
 
+        /// Goes over the list, in the order of identifiers.
         class HBX_EXPORT const_iterator {
         public:
             using iterator_category = std::bidirectional_iterator_tag;
@@ -78,6 +81,7 @@ public:
             mutable value_type env_;
         };
 
+        /// The first environment, and the end.
         const_iterator begin() const { return {owner(), values().begin()}; }
         const_iterator end() const { return {nullptr, values().end()}; }
         /// Null when absent.

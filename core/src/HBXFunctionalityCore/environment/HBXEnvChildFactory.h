@@ -13,6 +13,7 @@ public:
     HBXEnvChildFactory& operator=(const HBXEnvChildFactory&) = default;
     HBXEnvChildFactory& operator=(HBXEnvChildFactory&&) noexcept = default;
 
+    /// An environment, or a virtual configuration, over the record; never null.
     virtual boost::shared_ptr<HBXEnv> createEnv(const boost::shared_ptr<HBXEnvCoreBasic>& core) = 0;
     virtual boost::shared_ptr<HBXVEnvConfig>
     createVEnvConfig(const boost::shared_ptr<HBXEnvCoreBasic>& core) = 0;

@@ -31,11 +31,13 @@ public:
     HBXEnvConfig& operator=(HBXEnvConfig&&) noexcept = default;
     virtual ~HBXEnvConfig();
 
+    /// Which of an environment's two configurations it is.
     [[nodiscard]] EnvConfigType getConfigType() const { return kind_; }
     /// The environment's type; kept beside the message.
     [[nodiscard]] HBXEnvType getType() const { return type_; }
     void setType(const HBXEnvType& type) { type_ = type; }
 
+    /// Properties of the environment, one element each (docs/environments.md).
     int getName(HBXOptionalProperty<std::string>& value) const;
     int setName(const HBXOptionalProperty<std::string>& value);
     int getDescription(HBXOptionalProperty<std::string>& value) const;
@@ -111,6 +113,7 @@ protected:
     /// Removes the elements of this id, then writes.
     int replace(int id, const std::function<int(HBXMessageIterator&)>& writing);
 
+    /// Whether there is a message, of the view's own or in the record.
     [[nodiscard]] bool hasMessage() const { return message_ != nullptr || !coreBytes().empty(); }
 
 private:

@@ -10,6 +10,7 @@ public:
     /// The configuration must be there and no virtual one, or the program ends.
     HBXEnvCoreBasicMaintainer(const HBXEID& parentEid, boost::shared_ptr<HBXEnvConfig> config);
 
+    /// The record with its two configurations; none of them null.
     [[nodiscard]] const boost::shared_ptr<HBXEnvCoreBasic>& getCoreBasic() const { return core_; }
     [[nodiscard]] const boost::shared_ptr<HBXEnvConfig>& getConfig() const { return config_; }
     [[nodiscard]] const boost::shared_ptr<HBXVEnvConfig>& getVirtualConfig() const { return virtualConfig_; }

@@ -18,10 +18,10 @@ public:
     HBXEnvFactory(const HBXEnvFactory&) = delete;
     HBXEnvFactory& operator=(const HBXEnvFactory&) = delete;
 
-    // Registering a type again replaces what it had.
-
+    /// What makes environments of this type; replaces what the type had.
     void registerEnv(const HBXEnvType& type, boost::shared_ptr<HBXEnvChildFactory> child);
     void unregisterEnv(const HBXEnvType& type) { children_.erase(type); }
+    /// What is asked before the cache changes one of this type, likewise.
     void registerEnvUpdater(const HBXEnvType& type, boost::shared_ptr<HBXEnvUpdater> updater);
     void unregisterEnvUpdater(const HBXEnvType& type) { updaters_.erase(type); }
     /// Forgets all types.

@@ -17,9 +17,12 @@ struct HBX_EXPORT HBXEnvStatus {
     constexpr HBXEnvStatus(int stateCode, int transitionCode)
         : state(stateCode), transition(transitionCode) {}
 
+    /// Whether there is nothing, and nothing under way.
     [[nodiscard]] bool isAbsent() const { return state == 1 && transition == 0; }
     [[nodiscard]] bool empty() const { return isAbsent(); }
+    /// Whether there is something, running or not.
     [[nodiscard]] bool isExisted() const { return state >= 3; }
+    /// It is there and does not run.
     [[nodiscard]] bool isDown() const { return state == 3; }
     /// Suspended, running and repairing environments are mounted too.
     [[nodiscard]] bool isMounted() const { return state >= 4; }

@@ -17,6 +17,7 @@ public:
     HBXEnvUpdater& operator=(HBXEnvUpdater&&) noexcept = default;
     virtual ~HBXEnvUpdater();
 
+    /// What is not 0 is the result of the change, which is not made then.
     virtual int insert(const HBXEnv& env) = 0;
     virtual int update(const HBXEnv& env) = 0;
     virtual int remove(const HBXEnv& env) = 0;

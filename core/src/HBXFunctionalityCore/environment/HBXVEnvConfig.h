@@ -19,14 +19,14 @@ public:
     int getDisabled(bool& value) const;
     int setDisabled(bool value);
 
-    // One limit or a set of them, in the same place: setting either replaces the other.
-
+    /// One limit or a set of them, in the same place: setting either replaces the other.
     int getQoS(HBXOptionalProperty<HBXQoS>& value) const;
     int setQoS(const HBXOptionalProperty<HBXQoS>& value);
     int getQoSes(HBXOptionalProperty<std::set<HBXQoS>>& value) const;
     int setQoSes(const HBXOptionalProperty<std::set<HBXQoS>>& value);
 
     static const HBXRecordTable table;
+    /// As those of the base, for a virtual configuration.
     struct HBX_EXPORT Reader {
         int operator()(const HBXMessageIterator& it, HBXVEnvConfig& config) const;
     };

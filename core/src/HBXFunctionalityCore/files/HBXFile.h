@@ -18,7 +18,9 @@ public:
     HBXFile& operator=(HBXFile&& other) noexcept;
     ~HBXFile() { close(); }
 
+    /// Whether a file is open.
     [[nodiscard]] bool isOpened() const { return descriptor_ >= 0; }
+    /// Closes it, if one is open.
     void close();
 
     /// Opens a file, unless one is open already, and goes to an offset above 0. The file is closed again when
@@ -28,6 +30,7 @@ public:
     /// @param remaining   unless null: receives the number of bytes from the offset to the end, at least 0.
     int openFile(const std::string& path, int flags, std::int64_t offset,
                  const HBXSecurityAttributes* attributes, std::int64_t* remaining);
+    /// For reading; a null `remaining` is not asked.
     int openRead(const std::string& path, std::int64_t offset, std::int64_t* remaining);
     /// Creates the file; one that is there already is taken only if the options allow overwriting.
     /// @param offset  HBXFileInfo::kAppend, kTruncate or a position. Bytes behind what is written then stay.

@@ -19,8 +19,11 @@ public:
     HBXFileDownloadInfo(const HBXFileDownloadInfo&) = delete;
     HBXFileDownloadInfo& operator=(const HBXFileDownloadInfo&) = delete;
 
+    /// Before the first piece.
     virtual int start();
+    /// Takes the next piece of `length` bytes.
     virtual int saveBuffer(const char* buffer, int length);
+    /// Ends the transfer, also one that was not completed.
     virtual void finish();
 
     std::string path; ///< the local file

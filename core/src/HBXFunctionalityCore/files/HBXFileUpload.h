@@ -19,12 +19,14 @@ public:
     HBXFileUploadInfo(const HBXFileUploadInfo&) = delete;
     HBXFileUploadInfo& operator=(const HBXFileUploadInfo&) = delete;
 
+    /// Before the first piece.
     virtual int start();
     /// Hands out the next piece.
     /// @param buffer  receives its place, good until the next call.
     /// @param length  on entry the most that the caller takes, of which a transfer from memory takes no
     ///                notice: it hands out all at once; receives the length of the piece.
     virtual int fillBuffer(const char*& buffer, int& length);
+    /// Ends the transfer, also one that was not completed.
     virtual void finish();
 
     std::string path; ///< the local file
@@ -45,6 +47,7 @@ public:
     int start() override;
     /// The end of the file is a failure.
     int fillBuffer(const char*& buffer, int& length) override;
+    /// Closes the file.
     void finish() override { close(); }
 
 private:

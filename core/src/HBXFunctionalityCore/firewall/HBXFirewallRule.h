@@ -8,6 +8,7 @@ namespace HBX {
 
 /// A rule of an environment's packet filter.
 struct HBX_EXPORT HBXFirewallRule {
+    /// An address with its mask; both empty: any.
     struct HBX_EXPORT NetAddress {
         std::string address;
         std::string mask;
@@ -20,6 +21,7 @@ struct HBX_EXPORT HBXFirewallRule {
         using Writer = HBXTableWriter<NetAddress>;
     };
 
+    /// Ports from first to last; kNotSet: none said.
     struct HBX_EXPORT PortRange {
         static constexpr int kNotSet = -1;
 
@@ -43,9 +45,12 @@ struct HBX_EXPORT HBXFirewallRule {
     static constexpr const char* PL_DROP = "DROP";
     static constexpr const char* PL_REJECT = "REJECT";
 
-    enum Word { CHAIN, POLICY, PROTOCOL }; ///< indexes of `words`
-    enum End { SOURCE, DESTINATION };      ///< of `addresses` and `ports`
-    enum Direction { INBOUND, OUTBOUND };  ///< of `interfaces`
+    /// Indexes of `words`.
+    enum Word { CHAIN, POLICY, PROTOCOL };
+    /// Of `addresses` and `ports`.
+    enum End { SOURCE, DESTINATION };
+    /// Of `interfaces`.
+    enum Direction { INBOUND, OUTBOUND };
 
     std::string name;
     std::string words[3];    ///< CT_..., PL_... and PT_...; others are carried as they are

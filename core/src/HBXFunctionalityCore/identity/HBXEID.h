@@ -11,7 +11,9 @@ public:
     constexpr HBXEID() = default;
     explicit constexpr HBXEID(const HBXGUID& id) : HBXGUID(id) {}
 
+    /// A new one, random.
     static HBXEID generate() { return HBXEID(HBXGUID::generate()); }
+    /// One that follows from the number, for tests.
     static HBXEID sample(std::uint64_t random) { return HBXEID(HBXGUID::sample(random)); }
 
     friend bool operator==(const HBXEID&, const HBXEID&) = default;

@@ -13,7 +13,9 @@ public:
     explicit HBXGUID(const void* bytes) : HBXGUIDBase(bytes) {}
     explicit constexpr HBXGUID(const HBXGUIDBase& base) : HBXGUIDBase(base) {}
 
+    /// A new one, random.
     static HBXGUID generate() { return HBXGUID(HBXGUIDBase::generate()); }
+    /// One that follows from the number, for tests.
     static HBXGUID sample(std::uint64_t random);
 
     friend bool operator==(const HBXGUID&, const HBXGUID&) = default;

@@ -14,6 +14,7 @@ namespace HBX {
 class HBX_EXPORT HBXNamedOpStrListProperty : public HBXNamedProperty<std::vector<std::string>> {
 public:
     HBXNamedOpStrListProperty() = default;
+    /// With a name or values, the rest empty.
     explicit HBXNamedOpStrListProperty(std::string propertyName) { name = std::move(propertyName); }
     explicit HBXNamedOpStrListProperty(std::vector<std::string> values) { value_ = std::move(values); }
 

@@ -10,8 +10,10 @@ template <class Value>
 class HBXProperty {
 public:
     HBXProperty() = default;
+    /// Holds this value.
     explicit HBXProperty(Value value) : value_(std::move(value)) {}
 
+    /// The value; the reference is good as long as this object.
     Value& get() { return value_; }
     [[nodiscard]] const Value& get() const { return value_; }
 

@@ -17,6 +17,7 @@ struct HBX_EXPORT HBXSchedulerTrigger {
     std::int64_t endTime = -1;  ///< Last moment of a run; -1: no end.
 
     HBXSchedulerTrigger() = default;
+    /// From first to last moment.
     HBXSchedulerTrigger(std::int64_t start, std::int64_t end) : startTime(start), endTime(end) {}
     HBXSchedulerTrigger(const HBXSchedulerTrigger&) = default;
     HBXSchedulerTrigger(HBXSchedulerTrigger&&) noexcept = default;

@@ -17,6 +17,7 @@ struct HBXIdentityProvider {
 /// Replaces the provider of the process and returns the previous one.
 HBX_EXPORT HBXIdentityProvider setIdentityProvider(HBXIdentityProvider provider);
 
+/// The environments that provider or configuration answer.
 HBX_EXPORT HBXEID localEnvironment();
 HBX_EXPORT HBXEID masterEnvironment();
 

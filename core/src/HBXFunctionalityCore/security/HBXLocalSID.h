@@ -10,6 +10,7 @@ namespace HBX {
 /// An identifier of the agent's own: a principal, by its number, of an environment.
 class HBX_EXPORT HBXLocalSID {
 public:
+    /// What a principal is; NONE: no identifier of the agent's own.
     enum PrincipalType : unsigned { NONE = 0, USER = 1, GROUP = 2, ROLE = 3, ENVIRONMENT = 4 };
     static constexpr unsigned kUnknownId = 0xFFFFFFFF;
 
@@ -22,6 +23,7 @@ public:
     /// The identifier is empty for NONE.
     HBXLocalSID(unsigned localId, PrincipalType type, const HBXEID& eid);
 
+    /// The identifier, and what it is made of.
     [[nodiscard]] const HBXSID& getSID() const { return sid_; }
     [[nodiscard]] const HBXEID& getEID() const { return eid_; }
     [[nodiscard]] unsigned getLocalID() const { return localId_; }

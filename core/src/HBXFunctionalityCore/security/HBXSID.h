@@ -44,7 +44,9 @@ public:
     int fromString(std::string_view text);
     /// "" when empty.
     [[nodiscard]] std::string toString() const;
+    /// The binary form, as it travels; empty when the identifier is.
     [[nodiscard]] const std::vector<std::uint8_t>& toBinary() const { return bytes_; }
+    /// Whether it is no identifier at all.
     [[nodiscard]] bool isEmpty() const { return bytes_.empty(); }
 
     /// Those of the local and the master environment follow the configuration; they are empty while the local

@@ -12,6 +12,7 @@ struct HBX_EXPORT HBXDate {
     std::int64_t time = 0; ///< seconds since 1970-01-01 UTC; 0: not given
     std::string text;      ///< empty: not given
 
+    /// Whether neither is given.
     bool isEmpty() const { return time == 0 && text.empty(); }
 
     static const HBXRecordTable table;

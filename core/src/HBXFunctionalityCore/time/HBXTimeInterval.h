@@ -33,6 +33,7 @@ struct HBX_EXPORT HBXTimeInterval {
 
     /// Setting the zone leaves the ends as they are.
     void setZone(int zoneOffset) { zone = zoneOffset; }
+    /// The offset as a decimal number.
     std::int64_t getZone() const { return zone; }
 
     /// Length in seconds; negative when the span ends before it starts.

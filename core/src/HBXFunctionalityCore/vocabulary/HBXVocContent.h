@@ -17,11 +17,14 @@ public:
     HBXVocContent() = default;
     explicit HBXVocContent(boost::intrusive_ptr<HBXMessage> message) : message_(std::move(message)) {}
 
+    /// The message, shared; null when empty.
     const boost::intrusive_ptr<HBXMessage>& message() const { return message_; }
 
     /// The text form of the message.
     std::string toString() const;
+    /// Reads such a text; -1 and unchanged when it is no message.
     int fromString(std::string_view text);
+    /// One that follows from the number, for tests.
     static HBXVocContent sample(std::uint64_t random);
 
     HBX_EXPORT friend bool operator==(const HBXVocContent& a, const HBXVocContent& b);

@@ -54,7 +54,9 @@ protected:
     friend class HBXVocPrototype;
     friend class HBXVocMap;
 
+    /// Replaces the restriction set.
     void setRestrictSet(const std::set<std::string>& tags) { restriction_ = tags; }
+    /// To the first or next item with these tags; what the forms of first and next do.
     virtual int processCategory(const std::set<std::string>& tags, bool first);
     virtual int processParameter(const std::set<std::string>& tags, bool first);
 

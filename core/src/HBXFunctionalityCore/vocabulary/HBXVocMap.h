@@ -24,6 +24,7 @@ public:
     /// restriction set are not seen; an empty set admits all. Copies share the message.
     HBXVocMap(HBXMessage* message, const VocIDSet& restriction);
 
+    /// Takes over one reference of another message.
     void reset(HBXMessage* message);
 
     /// Adds a vocabulary to a map message in place of one with the same name and version; it then stands at

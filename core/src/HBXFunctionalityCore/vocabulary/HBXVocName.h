@@ -21,13 +21,16 @@ public:
     /// Null clears. A longer text ends the program; use `fromString` for what strangers choose.
     HBXVocName& operator=(const char* text);
 
+    /// The text; empty at first. Pointer and view are good until the name changes.
     const char* c_str() const { return bytes_.data(); }
     std::string_view view() const { return bytes_.data(); }
     bool empty() const { return bytes_[0] == '\0'; }
 
+    /// As a value that is one text.
     std::string toString() const { return bytes_.data(); }
     /// -1 and unchanged when the text is too long or holds a zero byte.
     int fromString(std::string_view text);
+    /// One that follows from the number, for tests.
     static HBXVocName sample(std::uint64_t random);
 
     friend bool operator==(const HBXVocName& a, const HBXVocName& b) { return a.view() == b.view(); }
