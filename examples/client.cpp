@@ -8,7 +8,7 @@
 using namespace HBX;
 
 constexpr std::int64_t kMonday = 1704103200; // 2024-01-01 10:00 UTC
-constexpr std::int64_t kDay = 24 * 60 * 60;
+constexpr std::int64_t kDay = 86400;         // seconds
 
 /// A task that was due at 10:00 UTC every day, or every second day, and ran last on that Monday.
 HBXScheduleTask dailyTask(const char* name, int daysInterval) {
