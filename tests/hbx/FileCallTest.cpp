@@ -1,6 +1,5 @@
 #include "ProgramTest.h"
-
-#include <termios.h>
+#include "Terminal.h"
 
 namespace HBX {
 namespace {
@@ -83,17 +82,10 @@ TEST_F(ProgramTest, UploadsPartsAndSaysWhatIsWrong) {
 TEST_F(ProgramTest, ATransferShowsItsProgressOnATerminal) {
     write("home/so\x7Furce", pattern(1100000));
     const std::string request = write("request", uploadRequest("<path>so\x7Furce</path>"));
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_GE(terminal, 0);
-    ASSERT_EQ(grantpt(terminal) + unlockpt(terminal), 0);
-    const int slave = open(ptsname(terminal), O_RDWR | O_NOCTTY);
-    const Ended ended = run({"call", request}, {.err = ptsname(terminal)});
+    const Terminal terminal;
+    const Ended ended = run({"call", request}, {.err = terminal.name()});
     EXPECT_EQ(ended.code, 0);
-    std::string shown(65536, '\0');
-    shown.resize(
-        static_cast<std::size_t>(std::max<ssize_t>(::read(terminal, shown.data(), shown.size()), 0)));
-    close(slave);
-    close(terminal);
+    const std::string shown = terminal.shown();
     EXPECT_EQ(shown.rfind("\rso?urce [" + std::string(40, ' ') + "] 0%\r", 0), 0U) << shown;
     EXPECT_NE(shown.find("] 47%\r"), std::string::npos) << shown;
     EXPECT_NE(shown.find("\rso?urce [" + std::string(40, '=') + "] 100%\r\n"), std::string::npos) << shown;

@@ -31,6 +31,7 @@ TEST_F(ProgramTest, ShowsAsJsonAllThatAnElementHolds) {
                                      R"(<value hbx:enc="base64">AAE=</value><run/></data>)"));
     const Ended shown = run({"message", "show", "--json", "--path", "/data", file});
     EXPECT_EQ(nlohmann::json::parse(shown.out), nlohmann::json::parse(R"({
+        "schema": 1,
         "name": "data",
         "attributes": {"hbx:ns": "common", "name": "n", "hbx:a4711": "by number"},
         "children": [
@@ -115,7 +116,7 @@ TEST_F(ProgramTest, NamesWhatDiffers) {
     EXPECT_EQ(run({"message", "diff", kDaily, path("missing")}).code, 3);
     const std::string left = write("left", messageText("<a>1</a><b/>"));
     const Ended ended = run({"message", "diff", "--json", left, write("right", messageText("<a/>"))});
-    EXPECT_EQ(nlohmann::json::parse(ended.out), nlohmann::json::parse(R"({"differences": [
+    EXPECT_EQ(nlohmann::json::parse(ended.out), nlohmann::json::parse(R"({"schema": 1, "differences": [
         {"path": "/a", "change": "value", "left": "1"}, {"path": "/b", "change": "removed"}]})"));
 }
 

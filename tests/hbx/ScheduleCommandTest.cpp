@@ -138,7 +138,7 @@ TEST_F(ProgramTest, AnswersPrograms) {
                                  {"text", "Sunday 2024-03-31 12:00 +02:00"},
                                  {"note", "at 12:00, 1 hour later than 11:00"}};
     for (const std::string verb : {"next", "explain"}) {
-        nlohmann::json expected = {{"runs", {run1}}};
+        nlohmann::json expected = {{"schema", 1}, {"runs", {run1}}};
         if (verb == "explain") {
             expected["explanation"] = "Every 2 days at 11:00, from Monday 2024-01-01 11:00 +01:00.";
             expected["trigger"] = {{"type", "scheduler:daily_trigger"},

@@ -31,10 +31,12 @@ TEST_F(ProgramTest, TakesIdentifiersApart) {
                   row.code == 0 ? "" : std::string("hbx: \"") + row.sid + "\" is no security identifier\n");
     }
     const Ended json = run({"sid", "parse", "--json", kUser7});
-    EXPECT_EQ(
-        nlohmann::json::parse(json.out),
-        (nlohmann::json{
-            {"text", kUser7}, {"binary", kUser7Binary}, {"type", "user"}, {"local_id", 7}, {"eid", kEid}}));
+    EXPECT_EQ(nlohmann::json::parse(json.out), (nlohmann::json{{"schema", 1},
+                                                               {"text", kUser7},
+                                                               {"binary", kUser7Binary},
+                                                               {"type", "user"},
+                                                               {"local_id", 7},
+                                                               {"eid", kEid}}));
 }
 
 TEST_F(ProgramTest, MakesIdentifiersOfPrincipals) {
@@ -74,7 +76,7 @@ TEST_F(ProgramTest, ListsWellKnownIdentifiers) {
                    "00000000-0000-0001-0000-000000000002"})
                   .out,
               "7 master_environment S-1-8195-0-16777216-0-33554432-0\n");
-    EXPECT_EQ(nlohmann::json::parse(run({"sid", "well-known", "nobody", "--json"}).out),
+    EXPECT_EQ(nlohmann::json::parse(run({"sid", "well-known", "nobody", "--json"}).out)["identifiers"],
               (nlohmann::json::array({{{"kind", 8}, {"name", "nobody"}, {"text", "S-1-0-0"}}})));
     EXPECT_EQ(run({"sid", "well-known", "somebody"}).code, 2);
 }

@@ -8,9 +8,9 @@ TEST_F(ProgramTest, HelpGoesToStandardOutput) {
         Words words;
         const char* fragment;
     } rows[] = {
-        {{"--help"}, "hbx schedule explain"}, {{"-h"}, "usage: hbx AREA VERB"},
-        {{"message", "--help"}, "--indent"},  {{"schedule", "--help"}, "YYYY-MM-DD"},
-        {{"call", "--help"}, "--binary"},     {{"message", "convert", "--help"}, "--output"},
+        {{"--help"}, "\n  schedule "},       {{"-h"}, "usage: hbx AREA VERB"},
+        {{"message", "--help"}, "--indent"}, {{"schedule", "--help"}, "YYYY-MM-DD"},
+        {{"call", "--help"}, "--binary"},    {{"message", "convert", "--help"}, "--output"},
         {{"env", "--help"}, "--timeout"},
     };
     for (const auto& row : rows) {
@@ -31,10 +31,10 @@ TEST_F(ProgramTest, WrongCallsSayWhyAndHow) {
         {{"massage"}, "hbx: there is no area \"massage\""},
         {{"message"}, "hbx: which verb?"},
         {{"message", "eat"}, "hbx: there is no verb \"eat\""},
-        {{"message", "show"}, "hbx: wrong number of files"},
-        {{"message", "show", file, file}, "hbx: wrong number of files"},
-        {{"message", "diff", file}, "hbx: wrong number of files"},
-        {{"call"}, "hbx: wrong number of files"},
+        {{"message", "show"}, "hbx: wrong number of operands"},
+        {{"message", "show", file, file}, "hbx: wrong number of operands"},
+        {{"message", "diff", file}, "hbx: wrong number of operands"},
+        {{"call"}, "hbx: wrong number of operands"},
         {{"message", "show", "--what", file}, "hbx: unrecognised option '--what'"},
         {{"message", "show", "--inde", "3", file}, "hbx: unrecognised option '--inde'"},
         {{"message", "show", "--indent", "two", file},

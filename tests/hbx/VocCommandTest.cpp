@@ -37,7 +37,7 @@ TEST_F(ProgramTest, ListsWhatAVocabularyOffers) {
          "",
          ": there is no feature \"disk.quota\"\n"},
         {{"voc", "has", "network", kVoc}, 1, "", ": there is no feature \"network\"\n"},
-        {{"voc", "has"}, 2, "", "wrong number of files"},
+        {{"voc", "has"}, 2, "", "wrong number of operands"},
         {{"voc", "features", sample("bad/voc-too-deep.xml")}, 3, "", "/voc-too-deep.xml: line 5"},
         {{"voc", "features", sample("requests/clock-now.xml")}, 3, "", ": there is no vocabulary in it\n"},
     };

@@ -2,7 +2,7 @@
 
 #include "BackupReference.h"
 #include "Console.h"
-#include "Outline.h"
+#include "JsonText.h"
 #include "RecordJson.h"
 
 namespace HBX::tool {
@@ -11,14 +11,15 @@ namespace {
 
 namespace po = boost::program_options;
 
-void declareJson(po::options_description_easy_init option) { option("json", "as JSON"); }
+void declareParse(po::options_description_easy_init option) { declareJsonOption(option); }
 
 void declareStorage(po::options_description_easy_init option) {
-    option("storage-id", po::value<std::string>(), "identifier of the storage that holds the backup");
-    option("storage-path", po::value<std::string>(), "where the backup is in it");
-    option("server", po::value<std::string>(), "the server that has the storage");
-    option("share", po::value<std::string>(), "its name there");
-    declareJson(option);
+    option("storage-id", po::value<std::string>()->value_name("EID"),
+           "identifier of the storage that holds the backup");
+    option("storage-path", po::value<std::string>()->value_name("PATH"), "where the backup is in it");
+    option("server", po::value<std::string>()->value_name("NAME"), "the server that has the storage");
+    option("share", po::value<std::string>()->value_name("NAME"), "its name there");
+    declareJsonOption(option);
 }
 
 std::string describe(const HBXDSLocation& storage) {
@@ -93,7 +94,7 @@ ExitCode make(const Arguments& arguments) {
 }
 
 constexpr Command kBackupUriCommands[] = {
-    {"backup-uri", "parse", "URI", "Takes a backup reference apart.", 1, 1, declareJson, parse},
+    {"backup-uri", "parse", "URI", "Takes a backup reference apart.", 1, 1, declareParse, parse},
     {"backup-uri", "make", "ID [PATH]", "Makes a backup reference.", 1, 2, declareStorage, make},
 };
 

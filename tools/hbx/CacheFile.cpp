@@ -115,7 +115,7 @@ ExitCode exitCodeOfMapping(int error) {
 } // namespace
 
 void declareCacheOption(po::options_description_easy_init& option) {
-    option("cache", po::value<std::string>(),
+    option("cache", po::value<std::string>()->value_name("FILE"),
            "cache file; else environments.cache in $HBX_HOME or in the user's data folder");
 }
 

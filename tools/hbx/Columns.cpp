@@ -6,11 +6,16 @@ namespace HBX::tool {
 
 namespace {
 
-/// Characters of a UTF-8 text.
+/// Characters of a UTF-8 text that are seen: none of "ESC [ ... m", which sets colours.
 std::size_t widthOf(const std::string& text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-    }));
+    std::size_t width = 0;
+    bool isColour = false;
+    for (const char byte : text) {
+        isColour = isColour || byte == '\x1b';
+        width += !isColour && (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U ? 1 : 0;
+        isColour = isColour && byte != 'm';
+    }
+    return width;
 }
 
 } // namespace

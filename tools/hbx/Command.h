@@ -28,11 +28,13 @@ struct Arguments {
 /// One verb of the program.
 struct Command {
     const char* area;
-    const char* verb; ///< "" for an area that is itself the verb
-    const char* operands;
-    const char* summary;
+    const char* verb;     ///< "" for an area that is itself the verb
+    const char* operands; ///< where one of them is called FILE, completion offers files
+    const char* summary;  ///< a sentence
     std::size_t minFiles;
     std::size_t maxFiles;
+    /// The name of an option's value is "FILE" or its few possible words, "text|binary", where completion is
+    /// to offer these.
     void (*declareOptions)(boost::program_options::options_description_easy_init option);
     ExitCode (*run)(const Arguments& arguments); ///< may throw Failure
 };
@@ -41,13 +43,16 @@ inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 std::span<const Command> backupUriCommands();
 std::span<const Command> callCommands();
+std::span<const Command> completionCommands();
 std::span<const Command> configCommands();
 std::span<const Command> envCommands();
+std::span<const Command> helpCommands();
 std::span<const Command> messageCommands();
 std::span<const Command> optionsCommands();
 std::span<const Command> scheduleCommands();
-std::span<const Command> vocCommands();
 std::span<const Command> sidCommands();
+std::span<const Command> versionCommands();
+std::span<const Command> vocCommands();
 
 /// A call of the program as options: area, verb and operands without a key and one value each, in order, then
 /// the options proper; a switch has the value "true".

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <optional>
-#include <sstream>
 
 #include <boost/program_options/parsers.hpp>
 #include <boost/program_options/positional_options.hpp>
@@ -11,60 +9,16 @@
 #include <HBXCommon/HBXErrorMessage.h>
 #include <HBXFunctionalityCore/configuration/HBXOptionsFileSerializer.h>
 
+#include "Areas.h"
 #include "Console.h"
+#include "HelpText.h"
+#include "OptionList.h"
 
 namespace HBX::tool {
 
 namespace {
 
 namespace po = boost::program_options;
-
-std::vector<Command> allCommands() {
-    std::vector<Command> commands;
-    for (const auto& area :
-         {backupUriCommands(), callCommands(), configCommands(), envCommands(), messageCommands(),
-          optionsCommands(), scheduleCommands(), sidCommands(), vocCommands()}) {
-        commands.insert(commands.end(), area.begin(), area.end());
-    }
-    return commands;
-}
-
-std::vector<Command> commandsOf(const std::string& area) {
-    std::vector<Command> commands = allCommands();
-    std::erase_if(commands, [&](const Command& command) { return command.area != area; });
-    return commands;
-}
-
-std::string callOf(const Command& command) {
-    const std::string verb = *command.verb == '\0' ? "" : std::string(" ") + command.verb;
-    return std::string("hbx ") + command.area + verb + " [OPTIONS] " + command.operands;
-}
-
-po::options_description optionsOf(const Command& command) {
-    po::options_description options;
-    command.declareOptions(options.add_options());
-    options.add_options()("help", "show this help");
-    return options;
-}
-
-std::string overview() {
-    std::ostringstream text;
-    text << "usage: hbx AREA VERB [OPTIONS] FILE...\n       hbx --options FILE [MORE...]\n\n";
-    for (const Command& command : allCommands()) {
-        text << "  " << callOf(command) << "\n      " << command.summary << "\n";
-    }
-    text << "\nFILE is a message in text or binary form, \"-\" is standard input. More: hbx AREA --help\n";
-    return text.str();
-}
-
-std::string helpOf(const std::vector<Command>& commands) {
-    std::ostringstream text;
-    for (const Command& command : commands) {
-        text << "usage: " << callOf(command) << "\n  " << command.summary << "\n"
-             << optionsOf(command) << "\n";
-    }
-    return text.str();
-}
 
 /// A wrong call gets its reason and how to call, on standard error.
 int refuse(const std::string& reason, const std::string& usage) {
@@ -109,29 +63,16 @@ int run(const Command& command, const std::vector<std::string>& words) {
         return refuse(error.what(), usage);
     }
     if (arguments.has("help")) {
-        print(helpOf({command}));
+        print(helpOf({&command, 1}));
         return static_cast<int>(ExitCode::Ok);
     }
     if (arguments.files.size() < command.minFiles || arguments.files.size() > command.maxFiles) {
-        return refuse("wrong number of files", usage);
+        return refuse("wrong number of operands", usage);
     }
     return static_cast<int>(command.run(arguments));
 }
 
 bool isHelp(const std::string& word) { return word == "--help" || word == "-h"; }
-
-/// The command that the first words name, and how many words that takes.
-std::optional<std::pair<Command, std::size_t>> findCommand(const std::vector<std::string>& words) {
-    for (const Command& command : commandsOf(words.empty() ? "" : words[0])) {
-        if (*command.verb == '\0') {
-            return std::pair(command, std::size_t{1});
-        }
-        if (words.size() > 1 && words[1] == command.verb) {
-            return std::pair(command, std::size_t{2});
-        }
-    }
-    return std::nullopt;
-}
 
 bool isSwitch(const po::options_description& description, const std::string& key) {
     const po::option_description* option = description.find_nothrow(key, false);
@@ -161,47 +102,52 @@ std::vector<std::string> replayed(const std::vector<std::string>& words) {
     return call;
 }
 
-int runCall(std::vector<std::string> words) {
+/// Runs the area's verb, the words being what stands behind the area.
+int runArea(const Area& area, std::vector<std::string> words) {
+    if (isVerbItself(area)) {
+        return run(area.commands().front(), words);
+    }
     if (words.empty()) {
-        return refuse("which area?", overview());
+        return refuse("which verb?", verbsOf(area));
     }
     if (isHelp(words[0])) {
-        print(overview());
+        print(helpOf(area.commands()));
         return static_cast<int>(ExitCode::Ok);
     }
-    const std::vector<Command> commands = commandsOf(words[0]);
-    if (commands.empty()) {
-        return refuse("there is no area \"" + words[0] + '"', overview());
-    }
-    words.erase(words.begin());
-    if (*commands[0].verb == '\0') {
-        return run(commands[0], words);
-    }
-    if (!words.empty() && isHelp(words[0])) {
-        print(helpOf(commands));
-        return static_cast<int>(ExitCode::Ok);
-    }
-    const auto command = std::find_if(commands.begin(), commands.end(), [&](const Command& candidate) {
-        return !words.empty() && words[0] == candidate.verb;
-    });
-    if (command == commands.end()) {
-        return refuse(words.empty() ? "which verb?" : "there is no verb \"" + words[0] + '"',
-                      helpOf(commands));
+    const Command* command = findVerb(area, words[0]);
+    if (command == nullptr) {
+        return refuse("there is no verb \"" + words[0] + '"', verbsOf(area));
     }
     words.erase(words.begin());
     return run(*command, words);
 }
 
+int runCall(std::vector<std::string> words) {
+    if (words.empty()) {
+        return refuse("which area?", overview());
+    }
+    if (isHelp(words[0])) {
+        words[0] = "help";
+    } else if (words[0] == "--version") {
+        words[0] = "version";
+    }
+    const Area* area = findArea(words[0]);
+    if (area == nullptr) {
+        return refuse("there is no area \"" + words[0] + '"', overview());
+    }
+    words.erase(words.begin());
+    return runArea(*area, std::move(words));
+}
+
 } // namespace
 
 std::vector<po::option> optionsOfCall(std::vector<std::string> words) try {
-    const auto found = findCommand(words);
-    if (!found) {
+    const FoundCommand found = findCommand(words);
+    if (found.command == nullptr) {
         throw Failure(ExitCode::Usage, "these words name no area and verb");
     }
-    const auto& [command, count] = *found;
-    const auto rest = words.begin() + static_cast<std::ptrdiff_t>(count);
-    const ParsedCall call(command, {rest, words.end()});
+    const auto rest = words.begin() + static_cast<std::ptrdiff_t>(found.words);
+    const ParsedCall call(*found.command, {rest, words.end()});
 
     words.erase(rest, words.end());
     words.insert(words.end(), call.arguments.files.begin(), call.arguments.files.end());
@@ -227,9 +173,9 @@ std::vector<std::string> wordsOfCall(const std::vector<po::option>& options) {
             words.insert(words.end(), option.value.begin(), option.value.end());
         }
     }
-    const auto command = findCommand(words);
+    const Command* command = findCommand(words).command;
     const po::options_description description =
-        command ? optionsOf(command->first) : po::options_description();
+        command != nullptr ? optionsOf(*command) : po::options_description();
     for (const po::option& option : options) {
         if (option.string_key.empty()) {
             continue;

@@ -5,7 +5,7 @@
 #include <HBXCommon/HBXErrorMessage.h>
 
 #include "Console.h"
-#include "Outline.h"
+#include "JsonText.h"
 #include "Settings.h"
 
 namespace HBX::tool {
@@ -13,7 +13,7 @@ namespace HBX::tool {
 namespace {
 
 void declareOptions(boost::program_options::options_description_easy_init option) {
-    option("json", "as JSON");
+    declareJsonOption(option);
 }
 
 HBXConfiguration loadConfiguration(const std::string& file) {
@@ -45,12 +45,12 @@ ExitCode list(const Arguments& arguments) {
         throw Failure(ExitCode::NothingMatched, arguments.files[0] + ": there is no " + path);
     }
     std::string text;
-    nlohmann::ordered_json json = nlohmann::ordered_json::array();
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const Setting& setting : listSettings(configuration, path)) {
         text += textOf(setting);
-        json.push_back(toJson(setting));
+        list.push_back(toJson(setting));
     }
-    print(arguments.has("json") ? jsonText(json) : text);
+    print(arguments.has("json") ? jsonText({{"settings", list}}) : text);
     return ExitCode::Ok;
 }
 
@@ -75,9 +75,6 @@ ExitCode set(const Arguments& arguments) {
     if (configuration.saveToFile(file) != 0) {
         throw Failure(ExitCode::OutputFailed, getErrorMessage());
     }
-    if (arguments.has("json")) {
-        print(jsonText(toJson({path, arguments.files[2]})));
-    }
     return ExitCode::Ok;
 }
 
@@ -86,7 +83,8 @@ constexpr Command kConfigCommands[] = {
      1, 2, declareOptions, list},
     {"config", "get", "FILE PATH", "Prints the value of one setting.", 2, 2, declareOptions, get},
     {"config", "set", "FILE PATH VALUE",
-     "Writes the value of one setting; what is missing on the way is created.", 3, 3, declareOptions, set},
+     "Writes the value of one setting; what is missing on the way is created.", 3, 3,
+     [](boost::program_options::options_description_easy_init) {}, set},
 };
 
 } // namespace

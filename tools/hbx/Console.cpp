@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <iostream>
 
 #include <fcntl.h>
@@ -64,6 +65,16 @@ void print(std::string_view bytes) {
             throw Failure(ExitCode::OutputFailed, "standard output: " + errnoText(errno));
         }
     }
+}
+
+bool isColourWanted() {
+    // NOLINTBEGIN(concurrency-mt-unsafe): the program has one thread
+    const char* refusal = std::getenv("NO_COLOR");
+    const char* terminal = std::getenv("TERM");
+    // NOLINTEND(concurrency-mt-unsafe)
+    const bool isRefused = refusal != nullptr && *refusal != '\0';
+    return !isRefused && ::isatty(STDOUT_FILENO) == 1 && terminal != nullptr &&
+           std::string_view(terminal) != "dumb";
 }
 
 void complain(std::string_view line) { std::cerr << "hbx: " << line << '\n'; }

@@ -10,6 +10,9 @@ namespace HBX::tool {
 /// Writes to standard output, all of it or a Failure; nothing stays in a buffer.
 void print(std::string_view bytes);
 
+/// Whether standard output is a terminal whose user has nothing against colours.
+bool isColourWanted();
+
 /// Writes "hbx: LINE" to standard error.
 void complain(std::string_view line);
 

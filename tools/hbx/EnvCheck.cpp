@@ -7,7 +7,7 @@
 
 #include "CacheFile.h"
 #include "Console.h"
-#include "Outline.h"
+#include "JsonText.h"
 
 namespace HBX::tool {
 

@@ -3,8 +3,9 @@
 #include "CacheFile.h"
 #include "Console.h"
 #include "EnvEntry.h"
+#include "EnvTable.h"
 #include "EnvVerbs.h"
-#include "Outline.h"
+#include "JsonText.h"
 #include "RecordJson.h"
 
 namespace HBX::tool {
@@ -100,20 +101,21 @@ ExitCode remove(const Arguments& arguments) {
 
 void declareCacheAndJson(Options option) {
     declareCacheOption(option);
-    option("json", "as JSON");
+    declareJsonOption(option);
 }
 
 void declareListOptions(Options option) {
     declareCacheAndJson(option);
-    option("type", po::value<std::string>(), "only environments of this type");
-    option("parent", po::value<std::string>(), "only children of this environment");
-    option("state", po::value<std::string>(),
-           "only those that are absent, down, mounted, suspended, running or repairing; or a number");
+    option("tree", "children below their parents");
+    option("type", po::value<std::string>()->value_name("TYPE"), "only environments of this type");
+    option("parent", po::value<std::string>()->value_name("EID"), "only children of this environment");
+    option("state", po::value<std::string>()->value_name(stateWords("|")),
+           "only those in this state; other states are named by their numbers");
 }
 
 void declarePutOptions(Options option) {
     declareCacheOption(option);
-    option("type", po::value<std::string>(),
+    option("type", po::value<std::string>()->value_name("TYPE"),
            "their type; else the one beside each in the message, else the one that it has in the cache");
     option("force", "use the cache file whatever it holds; one that is no cache in order is replaced");
 }
@@ -123,8 +125,8 @@ void declareRemoveOptions(Options option) { declareCacheOption(option); }
 void declareWatchOptions(Options option) {
     declareCacheOption(option);
     option("json", "as JSON, one document a line");
-    option("count", po::value<int>(), "end after so many changes");
-    option("timeout", po::value<double>(), "end after so many seconds");
+    option("count", po::value<int>()->value_name("N"), "end after so many changes");
+    option("timeout", po::value<double>()->value_name("SECONDS"), "end after so many seconds");
 }
 
 constexpr Command kEnvCommands[] = {

@@ -1,11 +1,13 @@
 #include "EnvVerbs.h"
 
+#include <algorithm>
 #include <optional>
+#include <tuple>
 
 #include "CacheFile.h"
 #include "Console.h"
 #include "EnvTable.h"
-#include "Outline.h"
+#include "JsonText.h"
 
 namespace HBX::tool {
 
@@ -36,19 +38,24 @@ Filter filterOf(const Arguments& arguments) {
     if (arguments.has("state")) {
         filter.state = stateOf(arguments.get<std::string>("state"));
         if (!filter.state) {
-            throw Failure(ExitCode::Usage, "--state is absent, down, mounted, suspended, running, repairing "
-                                           "or a number");
+            throw Failure(ExitCode::Usage, "--state is " + stateWords(", ") + " or a number");
         }
     }
     return filter;
 }
 
 std::string jsonOf(const std::vector<EnvRow>& rows) {
-    nlohmann::ordered_json document = nlohmann::ordered_json::array();
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const EnvRow& row : rows) {
-        document.push_back(toJson(row));
+        list.push_back(toJson(row));
     }
-    return jsonText(document);
+    return jsonText({{"environments", list}});
+}
+
+void sortByTitle(std::vector<EnvRow>& rows) {
+    std::sort(rows.begin(), rows.end(), [](const EnvRow& left, const EnvRow& right) {
+        return std::tie(left.title, left.eid) < std::tie(right.title, right.eid);
+    });
 }
 
 } // namespace
@@ -57,16 +64,19 @@ ExitCode listEnvironments(const Arguments& arguments) {
     const Filter filter = filterOf(arguments);
     const std::string path = cachePath(arguments);
     std::vector<EnvRow> rows;
+    EnvTitles titles;
     const auto list = listOf(*openCache({path}));
     for (const auto& env : *list) {
+        titles[env->getEID()] = env->getTitle();
         if (filter.takes(*env)) {
             rows.push_back(rowOf(*env));
         }
     }
+    sortByTitle(rows);
     if (arguments.has("json")) {
         print(jsonOf(rows));
     } else if (!rows.empty()) {
-        print(tableText(rows));
+        print((arguments.has("tree") ? treeText : tableText)(rows, titles, isColourWanted()));
     }
     if (rows.empty()) {
         throw Failure(ExitCode::NothingMatched, path + ": there is no such environment in it");

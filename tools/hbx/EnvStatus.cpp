@@ -11,7 +11,7 @@
 #include "Columns.h"
 #include "Console.h"
 #include "EnvTable.h"
-#include "Outline.h"
+#include "JsonText.h"
 #include "TimeText.h"
 
 namespace HBX::tool {
@@ -124,14 +124,14 @@ std::string readersText(const HBXCacheStatus& status) {
 }
 
 Json readersJson(const HBXCacheStatus& status) {
-    Json json = Json::array();
+    Json list = Json::array();
     for (const HBXCacheProcess& process : status.processes) {
-        json.push_back({{"pid", process.pid},
+        list.push_back({{"pid", process.pid},
                         {"program", programOf(process.pid)},
                         {"lists", listsOf(status, process.pid)},
                         {"since", process.since}});
     }
-    return json;
+    return {{"processes", list}};
 }
 
 } // namespace

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
+#include <span>
 
 #include "Columns.h"
+#include "EnvTree.h"
 
 namespace HBX::tool {
 
@@ -13,6 +14,7 @@ namespace {
 struct NumberWord {
     int number;
     const char* word;
+    const char* colour = ""; ///< as a terminal takes it
 };
 
 constexpr NumberWord kStates[] = {
@@ -20,25 +22,28 @@ constexpr NumberWord kStates[] = {
 };
 
 constexpr NumberWord kAlerts[] = {
-    {HBXAlertData::GREEN, "green"},
-    {HBXAlertData::YELLOW, "yellow"},
-    {HBXAlertData::RED, "red"},
-    {HBXAlertData::BLACK, "black"},
+    {HBXAlertData::GREEN, "green", "32"},
+    {HBXAlertData::YELLOW, "yellow", "33"},
+    {HBXAlertData::RED, "red", "31"},
+    {HBXAlertData::BLACK, "black", "7"},
 };
 
-template <std::size_t N>
-std::string wordOf(int number, const NumberWord (&words)[N]) {
-    const auto* found = std::find_if(std::begin(words), std::end(words),
-                                     [number](const NumberWord& word) { return word.number == number; });
-    return found == std::end(words) ? std::to_string(number) : found->word;
+/// Null when the number has none.
+const NumberWord* findWord(int number, std::span<const NumberWord> words) {
+    const auto found = std::find_if(words.begin(), words.end(),
+                                    [number](const NumberWord& word) { return word.number == number; });
+    return found == words.end() ? nullptr : &*found;
 }
 
-std::string parentText(const EnvRow& row, const std::map<HBXEID, const EnvRow*>& known) {
-    if (!row.parent.isValid()) {
-        return "-";
-    }
-    const auto found = known.find(row.parent);
-    return found == known.end() ? row.parent.toString() : oneLine(found->second->title);
+std::string wordOf(int number, std::span<const NumberWord> words) {
+    const NumberWord* found = findWord(number, words);
+    return found == nullptr ? std::to_string(number) : found->word;
+}
+
+std::string alertCell(HBXAlertData::AlertType alert, bool coloured) {
+    const NumberWord* found = findWord(alert, kAlerts);
+    return coloured && found != nullptr ? std::string("\x1b[") + found->colour + 'm' + found->word + "\x1b[0m"
+                                        : alertWord(alert);
 }
 
 } // namespace
@@ -49,6 +54,14 @@ EnvRow rowOf(const HBXEnv& env) {
 }
 
 std::string stateWord(int state) { return wordOf(state, kStates); }
+
+std::string stateWords(const std::string& separator) {
+    std::string words;
+    for (const NumberWord& state : kStates) {
+        words += (words.empty() ? "" : separator) + state.word;
+    }
+    return words;
+}
 
 std::optional<int> stateOf(const std::string& word) {
     const auto* found = std::find_if(std::begin(kStates), std::end(kStates),
@@ -84,15 +97,45 @@ std::string oneLine(const std::string& text) {
     return line;
 }
 
-std::string tableText(const std::vector<EnvRow>& rows) {
-    std::map<HBXEID, const EnvRow*> known;
-    for (const EnvRow& row : rows) {
-        known[row.eid] = &row;
+std::string parentText(const EnvRow& row, const EnvTitles& titles) {
+    if (!row.parent.isValid()) {
+        return "-";
     }
+    const auto found = titles.find(row.parent);
+    return found == titles.end() ? row.parent.toString() : oneLine(found->second);
+}
+
+std::string tableText(const std::vector<EnvRow>& rows, const EnvTitles& titles, bool coloured) {
     std::vector<std::vector<std::string>> lines{{"TITLE", "TYPE", "STATE", "ALERT", "PARENT", "IDENTIFIER"}};
     for (const EnvRow& row : rows) {
-        lines.push_back({oneLine(row.title), oneLine(row.type), statusText(row.status), alertWord(row.alert),
-                         parentText(row, known), row.eid.toString()});
+        lines.push_back({oneLine(row.title), oneLine(row.type), statusText(row.status),
+                         alertCell(row.alert, coloured), parentText(row, titles), row.eid.toString()});
+    }
+    return alignColumns(lines);
+}
+
+namespace {
+
+std::string noteOf(const TreeRow& place, const EnvTitles& titles) {
+    switch (place.why) {
+    case TreeRow::Why::Orphan:
+        return "parent " + parentText(place.row, titles) + " is not listed";
+    case TreeRow::Why::Circle:
+        return "parents go round in a circle";
+    case TreeRow::Why::Place:
+        break;
+    }
+    return "";
+}
+
+} // namespace
+
+std::string treeText(const std::vector<EnvRow>& rows, const EnvTitles& titles, bool coloured) {
+    std::vector<std::vector<std::string>> lines{{"TITLE", "TYPE", "STATE", "ALERT", "IDENTIFIER"}};
+    for (const TreeRow& place : treeOf(rows)) {
+        const EnvRow& row = place.row;
+        lines.push_back({place.branch + oneLine(row.title), oneLine(row.type), statusText(row.status),
+                         alertCell(row.alert, coloured), row.eid.toString(), noteOf(place, titles)});
     }
     return alignColumns(lines);
 }

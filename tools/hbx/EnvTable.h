@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,6 +25,8 @@ EnvRow rowOf(const HBXEnv& env);
 
 /// "running"; a state that has no name is its number.
 std::string stateWord(int state);
+/// The words for states, with this between them.
+std::string stateWords(const std::string& separator);
 /// The number of a word that `stateWord` gives; nothing when it is none.
 std::optional<int> stateOf(const std::string& word);
 /// "running", "running (operation 3)".
@@ -35,8 +38,18 @@ std::string alertWord(HBXAlertData::AlertType alert);
 /// become "?".
 std::string oneLine(const std::string& text);
 
-/// Columns under a heading. Parents that are in the list are shown by their title.
-std::string tableText(const std::vector<EnvRow>& rows);
+using EnvTitles = std::map<HBXEID, std::string>;
+
+/// The parent by its title where that is known, else by its identifier; "-" when there is none.
+std::string parentText(const EnvRow& row, const EnvTitles& titles);
+
+/// Columns under a heading.
+/// @param titles    of all environments, listed or not.
+/// @param coloured  alerts in their colours, for a terminal.
+std::string tableText(const std::vector<EnvRow>& rows, const EnvTitles& titles, bool coloured);
+
+/// The same with children below their parents.
+std::string treeText(const std::vector<EnvRow>& rows, const EnvTitles& titles, bool coloured);
 nlohmann::ordered_json toJson(const EnvRow& row);
 
 } // namespace HBX::tool

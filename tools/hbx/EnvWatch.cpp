@@ -10,6 +10,7 @@
 #include "CacheFile.h"
 #include "Console.h"
 #include "EnvChanges.h"
+#include "JsonText.h"
 
 namespace HBX::tool {
 
@@ -61,8 +62,7 @@ private:
 };
 
 void printChange(const EnvChange& change, bool json) {
-    print(json ? toJson(change).dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n'
-               : describe(change) + '\n');
+    print(json ? jsonLine(toJson(change)) : describe(change) + '\n');
 }
 
 int countOf(const Arguments& arguments) {

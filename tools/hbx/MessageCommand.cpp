@@ -4,6 +4,7 @@
 #include <HBXCommon/HBXFileUtil.h>
 
 #include "Console.h"
+#include "JsonText.h"
 #include "MessageDiff.h"
 #include "MessageFile.h"
 #include "Outline.h"
@@ -38,9 +39,11 @@ Encoding targetOf(const Arguments& arguments, Encoding source) {
 }
 
 void declareShow(DeclareOptions option) {
-    option("indent", po::value<int>()->default_value(2), "blanks for each level, 0: one line");
-    option("path", po::value<std::string>()->default_value("/"), "the element to show, such as /data/x");
-    option("json", "as JSON");
+    option("indent", po::value<int>()->value_name("N")->default_value(2),
+           "blanks for each level, 0: one line");
+    option("path", po::value<std::string>()->value_name("PATH")->default_value("/"),
+           "the element to show, such as /data/x");
+    declareJsonOption(option);
 }
 
 ExitCode show(const Arguments& arguments) {
@@ -60,9 +63,12 @@ ExitCode show(const Arguments& arguments) {
     return ExitCode::Ok;
 }
 
+void declareJson(DeclareOptions option) { declareJsonOption(option); }
+
 void declareConvert(DeclareOptions option) {
-    option("to", po::value<std::string>(), "\"text\" or \"binary\"; the other encoding when not given");
-    option("output,o", po::value<std::string>(), "replace this file, whole or not at all");
+    option("to", po::value<std::string>()->value_name("text|binary"), "the other encoding when not given");
+    option("output,o", po::value<std::string>()->value_name("FILE"),
+           "replace this file, whole or not at all");
 }
 
 ExitCode convert(const Arguments& arguments) {
@@ -85,13 +91,22 @@ ExitCode convert(const Arguments& arguments) {
 
 ExitCode check(const Arguments& arguments) {
     ExitCode result = ExitCode::Ok;
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const std::string& file : arguments.files) {
+        nlohmann::ordered_json& json = list.emplace_back();
+        json["file"] = file;
+        json["message"] = true;
         try {
             loadMessage(file);
         } catch (const Failure& failure) {
             complain(failure.what());
+            json["message"] = false;
+            json["reason"] = failure.what();
             result = result == ExitCode::Ok ? failure.code : result;
         }
+    }
+    if (arguments.has("json")) {
+        print(jsonText({{"files", list}}));
     }
     return result;
 }
@@ -121,9 +136,9 @@ constexpr Command kMessageCommands[] = {
     {"message", "show", "FILE", "Prints a message, or one element of it, as text.", 1, 1, declareShow, show},
     {"message", "convert", "FILE", "Changes the encoding of a message.", 1, 1, declareConvert, convert},
     {"message", "check", "FILE...", "Says which files are no messages, where and why.", 1, kAnyNumber,
-     [](DeclareOptions) {}, check},
-    {"message", "diff", "A B", "Lists what differs between two messages; exit code 1 when something does.", 2,
-     2, [](DeclareOptions option) { option("json", "as JSON"); }, diff},
+     declareJson, check},
+    {"message", "diff", "FILE FILE",
+     "Lists what differs between two messages; exit code 1 when something does.", 2, 2, declareJson, diff},
 };
 
 } // namespace

@@ -104,9 +104,4 @@ nlohmann::ordered_json toJson(const Outline& outline) {
     return json;
 }
 
-std::string jsonText(const nlohmann::ordered_json& document) {
-    constexpr int kIndent = 2;
-    return document.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-}
-
 } // namespace HBX::tool

@@ -32,7 +32,4 @@ Outline outlineOf(const std::string& path, const HBXMessageIterator& element);
 /// {"name", "attributes", "value", "children"}, each where there is one.
 nlohmann::ordered_json toJson(const Outline& outline);
 
-/// One document for programs, with a line end. Bytes that are no UTF-8 are replaced.
-std::string jsonText(const nlohmann::ordered_json& document);
-
 } // namespace HBX::tool

@@ -3,7 +3,7 @@
 #include <HBXFunctionalityCore/schedule/HBXScheduleText.h>
 
 #include "Console.h"
-#include "Outline.h"
+#include "JsonText.h"
 #include "RecordJson.h"
 #include "RunList.h"
 #include "TimeText.h"
@@ -17,11 +17,11 @@ namespace po = boost::program_options;
 
 void declareOptions(po::options_description_easy_init option) {
     option(
-        "from", po::value<std::string>(),
+        "from", po::value<std::string>()->value_name("TIME"),
         "first moment that counts: seconds since 1970, or \"YYYY-MM-DD[ HH:MM[:SS]]\", local or with a \"Z\" "
         "behind it UTC; now when not given");
-    option("count", po::value<int>()->default_value(5), "how many runs, 1 to 1000");
-    option("json", "as JSON");
+    option("count", po::value<int>()->value_name("N")->default_value(5), "how many runs, 1 to 1000");
+    declareJsonOption(option);
 }
 
 std::int64_t fromOf(const Arguments& arguments) {

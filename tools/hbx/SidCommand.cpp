@@ -8,7 +8,7 @@
 #include <HBXFunctionalityCore/security/HBXSIDText.h>
 
 #include "Console.h"
-#include "Outline.h"
+#include "JsonText.h"
 
 namespace HBX::tool {
 
@@ -18,15 +18,19 @@ namespace po = boost::program_options;
 using Json = nlohmann::ordered_json;
 
 void declareIdentity(po::options_description_easy_init option) {
-    option("eid", po::value<std::string>(), "identifier of the local environment, else the agent's own");
-    option("master", po::value<std::string>(), "identifier of the master environment, else the agent's own");
-    option("json", "as JSON");
+    option("eid", po::value<std::string>()->value_name("EID"),
+           "identifier of the local environment, else the agent's own");
+    option("master", po::value<std::string>()->value_name("EID"),
+           "identifier of the master environment, else the agent's own");
+    declareJsonOption(option);
 }
 
 void declareLocal(po::options_description_easy_init option) {
-    option("type", po::value<std::string>()->default_value("user"), "user, group, role or environment");
-    option("eid", po::value<std::string>(), "identifier of the environment, else the local one");
-    option("json", "as JSON");
+    option("type", po::value<std::string>()->value_name("user|group|role|environment")->default_value("user"),
+           "what the principal is");
+    option("eid", po::value<std::string>()->value_name("EID"),
+           "identifier of the environment, else the local one");
+    declareJsonOption(option);
 }
 
 HBXEID eidOf(const Arguments& arguments, const char* option) {
@@ -150,15 +154,15 @@ std::vector<HBXSID::WellKnownSIDs> kindsOf(const Arguments& arguments) {
 
 ExitCode wellKnown(const Arguments& arguments) {
     applyIdentity(arguments);
-    Json json = Json::array();
+    Json list = Json::array();
     std::string text;
     for (const auto kind : kindsOf(arguments)) {
         const std::string name(wellKnownSIDName(kind));
         const std::string sid = HBXSID::createWellKnownSID(kind).toString();
-        json.push_back({{"kind", static_cast<unsigned>(kind)}, {"name", name}, {"text", sid}});
+        list.push_back({{"kind", static_cast<unsigned>(kind)}, {"name", name}, {"text", sid}});
         text += std::to_string(kind) + ' ' + name + ' ' + (sid.empty() ? "-" : sid) + '\n';
     }
-    print(arguments.has("json") ? jsonText(json) : text);
+    print(arguments.has("json") ? jsonText({{"identifiers", list}}) : text);
     return ExitCode::Ok;
 }
 

@@ -3,7 +3,7 @@
 #include <HBXCommon/HBXErrorMessage.h>
 
 #include "Console.h"
-#include "Outline.h"
+#include "JsonText.h"
 #include "RecordJson.h"
 #include "VocItems.h"
 
@@ -15,9 +15,9 @@ namespace po = boost::program_options;
 using Json = nlohmann::ordered_json;
 
 void declareOptions(po::options_description_easy_init option) {
-    option("tag", po::value<std::vector<std::string>>(),
+    option("tag", po::value<std::vector<std::string>>()->value_name("CATEGORY"),
            "only what is filed under this category; several: under all of them");
-    option("json", "as JSON");
+    declareJsonOption(option);
 }
 
 VocTags tagsOf(const Arguments& arguments) {

@@ -97,3 +97,4 @@
 #include <HBXMessage/HBXAnyRecord.h>
 #include <HBXMessage/HBXEncoding.h>
 #include <HBXMessage/HBXMessage.h>
+#include <HBXMessage/HBXMessageForms.h>

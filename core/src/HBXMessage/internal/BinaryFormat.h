@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include <HBXMessage/HBXMessageForms.h>
 #include <HBXMessage/internal/ByteBuffer.h>
 #include <HBXMessage/internal/Tree.h>
 
@@ -11,7 +12,6 @@
 namespace HBX::internal {
 
 inline constexpr char kMagic[4] = {'H', 'B', 'X', 'M'};
-inline constexpr std::uint8_t kBinaryVersion = 1;
 inline constexpr std::size_t kHeaderSize = 12;
 
 enum class Wrapping : std::uint8_t { Message, Element }; // form byte of the header
@@ -104,7 +104,7 @@ inline void storeU32(char* to, std::uint32_t value) {
 inline void putHeader(ByteBuffer& out, Wrapping wrapping) {
     char* to = out.ensure(kHeaderSize);
     std::memcpy(to, kMagic, sizeof kMagic);
-    to[4] = static_cast<char>(kBinaryVersion);
+    to[4] = static_cast<char>(kMessageBinaryVersion);
     to[5] = static_cast<char>(wrapping);
     std::memset(to + 6, 0, 6);
     out.advance(kHeaderSize);

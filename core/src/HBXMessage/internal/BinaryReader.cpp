@@ -188,7 +188,7 @@ private:
         if (size < kHeaderSize || std::memcmp(head, kMagic, sizeof kMagic) != 0) {
             return fail("no binary message");
         }
-        if (start_[4] != kBinaryVersion || start_[5] > 1 || start_[6] != 0 || start_[7] != 0) {
+        if (start_[4] != kMessageBinaryVersion || start_[5] > 1 || start_[6] != 0 || start_[7] != 0) {
             return fail("a binary message of an unknown version or form");
         }
         if (loadU32(head + 8) != size - kHeaderSize) {

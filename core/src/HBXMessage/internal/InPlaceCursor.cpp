@@ -21,7 +21,7 @@ InPlaceCursor::InPlaceCursor(std::string_view bytes) : bytes_(bytes) {
     slots_[kRootPlace].view = {};
     if (bytes.size() < kHeaderSize ||
         bytes.substr(0, sizeof kMagic) != std::string_view(kMagic, sizeof kMagic) ||
-        at[4] != kBinaryVersion) {
+        at[4] != kMessageBinaryVersion) {
         return;
     }
     const bool wholeMessage = at[5] == static_cast<std::uint8_t>(Wrapping::Message);

@@ -13,7 +13,6 @@ namespace HBX::internal {
 inline constexpr std::string_view kXmlPrefix = "hbx:";
 inline constexpr std::string_view kXmlBinding = "xmlns:hbx";
 inline constexpr std::string_view kXmlUri = "urn:hbx:message";
-inline constexpr std::string_view kXmlVersion = "1";
 
 inline constexpr std::string_view kXmlMessage = "message";
 inline constexpr std::string_view kXmlEnvelope = "hbx:envelope";

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include <HBXCommon/HBXBase64.h>
+#include <HBXMessage/HBXMessageForms.h>
 #include <HBXMessage/internal/ElementPath.h>
 #include <HBXMessage/internal/Limits.h>
 #include <HBXMessage/internal/XmlChars.h>
@@ -308,7 +309,7 @@ void XmlReader::readEncoding(std::string_view value) {
 
 void XmlReader::readVersion(std::string_view value) {
     const std::uint32_t documentDepth = wholeMessage_ ? 0 : 1;
-    if (value != kXmlVersion || depth_ != documentDepth) {
+    if (value != kMessageTextVersion || depth_ != documentDepth) {
         fail("hbx:v must be 1 and stand on the document element");
     }
 }

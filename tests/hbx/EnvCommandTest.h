@@ -1,0 +1,79 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "ProgramTest.h"
+
+namespace HBX {
+
+using Json = nlohmann::json;
+
+inline const std::string kHost = "00000000-0000-0000-0000-000000000001";
+inline const std::string kWeb = "00000000-0000-0000-0000-000000000002";
+inline const std::string kBare = "00000000-0000-0000-0000-000000000003";
+inline const std::string kNull = "00000000-0000-0000-0000-000000000000";
+
+struct Sample {
+    std::string eid;
+    std::string parent = kNull;
+    int state = 6;
+    std::string title = "";
+    std::string type = "";
+};
+
+inline std::string entryText(const Sample& env) {
+    const std::string type = env.type.empty() ? "" : "<env_type>" + env.type + "</env_type>";
+    const std::string name = env.title.empty() ? "" : "<name>" + env.title + "</name>";
+    return "<entry>" + type + "<env><eid>" + env.eid + "</eid><parent_eid>" + env.parent +
+           "</parent_eid><status><state>" + std::to_string(env.state) +
+           "</state></status><alert_type>0</alert_type><alert_type>2</alert_type><alert_type>0</alert_type>"
+           "<alert_type>0</alert_type><alert_type>1</alert_type><env_config>" +
+           name + "<odd>kept</odd></env_config></env></entry>";
+}
+
+class EnvCommandTest : public ProgramTest {
+protected:
+    const std::string cache_ = path("cache");
+
+    std::string messageOf(const std::vector<Sample>& envs) const {
+        std::string text;
+        for (const Sample& env : envs) {
+            text += entryText(env);
+        }
+        return write("env.xml", messageText("<data>" + text + "</data>"));
+    }
+    void put(const std::vector<Sample>& envs) const {
+        const Ended ended = env({"put", messageOf(envs)});
+        ASSERT_EQ(ended.code, 0) << ended.err;
+    }
+    void putThree() const {
+        put({{kHost, kNull, 6, "node", "host"},
+             {kWeb, kHost, 3, "web &#9;[2J\xC2\x9B", "lab"},
+             {kBare, kWeb}});
+    }
+    Ended env(Words words) const {
+        words.insert(words.begin(), "env");
+        return run(joined(words, {"--cache", cache_}));
+    }
+    Json envJson(Words words) const {
+        words.emplace_back("--json");
+        const Ended ended = env(words);
+        return Json::parse(ended.out, nullptr, false);
+    }
+    /// The environments that "list" gives.
+    Json listed(const Words& options = {}) const {
+        return envJson(joined({"list"}, options))["environments"];
+    }
+    /// Every verb that opens a cache, with operands that are good.
+    std::vector<Words> openingVerbs() const {
+        return {{"list"}, {"get", kHost}, {"put", messageOf({{kHost}})}, {"remove", kHost},
+                {"stat"}, {"readers"},    {"watch", "--timeout", "0"}};
+    }
+    Words files() const {
+        Words names = filesIn(path(""));
+        std::erase_if(names, [](const std::string& name) { return name.find("std") != std::string::npos; });
+        return names;
+    }
+};
+
+} // namespace HBX

@@ -1,0 +1,176 @@
+#include "ProgramTest.h"
+
+#include <regex>
+
+#include <nlohmann/json.hpp>
+
+namespace HBX {
+namespace {
+
+/// What the first group of a pattern matches, everywhere in a text.
+Words matches(const std::string& text, const std::string& pattern) {
+    const std::regex expression(pattern);
+    Words found;
+    for (std::sregex_iterator it(text.begin(), text.end(), expression); it != std::sregex_iterator(); ++it) {
+        found.push_back((*it)[1]);
+    }
+    return found;
+}
+
+class HelpTest : public ProgramTest {
+protected:
+    std::string out(const Words& words) const {
+        const Ended ended = run(words);
+        EXPECT_EQ(ended.code, 0) << ended.err;
+        return ended.out;
+    }
+    Words areas() const { return matches(out({"help"}), "\n  ([a-z-]+) "); }
+    /// The page of every area.
+    std::string allHelp() const {
+        std::string text;
+        for (const std::string& area : areas()) {
+            text += out({"help", area});
+        }
+        return text;
+    }
+};
+
+TEST_F(HelpTest, EveryRoadLeadsToTheSameHelp) {
+    EXPECT_EQ(out({"help"}), out({"--help"}));
+    for (const std::string& area : areas()) {
+        EXPECT_EQ(out({"help", area}), out({area, "--help"}));
+    }
+    EXPECT_EQ(out({"help", "env", "list"}), out({"env", "list", "--help"}));
+    EXPECT_EQ(out({"help", "env", "list"}).find("hbx env get"), std::string::npos);
+    EXPECT_EQ(run({"help", "massage"}).code, 2);
+    EXPECT_EQ(run({"help", "env", "eat"}).code, 2);
+    EXPECT_EQ(run({}).err, "hbx: which area?\n" + out({"help"}));
+}
+
+TEST_F(HelpTest, ThePageHoldsEveryCallThatThereIs) {
+    const std::string page = contentOf(HBX_SOURCE_DIR "/docs/hbx.md");
+    const Words calls = matches(allHelp(), "usage: (hbx [^\\[]*[^ \\[])");
+    EXPECT_GE(calls.size(), 30U);
+    for (const std::string& call : calls) {
+        EXPECT_TRUE(std::regex_search(page, std::regex("`" + call + "[ `]"))) << call;
+    }
+}
+
+TEST_F(HelpTest, ThePageHasTheTableOfExitCodes) {
+    std::string page = contentOf(HBX_SOURCE_DIR "/docs/hbx.md");
+    page.erase(std::remove(page.begin(), page.end(), '`'), page.end());
+    const std::string text = out({"help", "exit-codes"});
+    const Words meanings = matches(text, "[0-9]+  (.+)\n");
+    ASSERT_EQ(meanings.size(), linesOf(text));
+    std::string table = "| Code | Meaning |\n|---|---|\n";
+    for (std::size_t code = 0; code < meanings.size(); ++code) {
+        table += "| " + std::to_string(code) + " | " + meanings[code] + " |\n";
+    }
+    EXPECT_NE(page.find(table + '\n'), std::string::npos) << table;
+}
+
+TEST_F(HelpTest, TheManualHoldsEveryVerbAndOption) {
+    const std::string page = out({"help", "--man"});
+    std::string plain = std::regex_replace(page, std::regex(R"(\\-)"), "-");
+    EXPECT_EQ(plain.rfind(".TH HBX 1 ", 0), 0U);
+    const std::string help = allHelp();
+    for (const std::string& call : matches(help, "usage: (.+)\n")) {
+        EXPECT_NE(plain.find("\n.SS " + call + '\n'), std::string::npos) << call;
+    }
+    for (const std::string& option : matches(help, "\n  (?:-. \\[ )?(--[a-z-]+)")) {
+        EXPECT_TRUE(std::regex_search(plain, std::regex("fB(-., )?" + option + "[ \\\\]"))) << option;
+    }
+    for (const std::string& line : matches(page, "\n([.'].*)")) {
+        EXPECT_TRUE(std::regex_match(line, std::regex(R"(\.(SH|SS|TP|B|br)( .*)?)"))) << line;
+    }
+    EXPECT_EQ(page.find("\n\n"), std::string::npos);
+}
+
+TEST_F(HelpTest, TheVersionsAreThoseOfWhatIsWritten) {
+    const auto formats = nlohmann::json::parse(out({"--version", "--json"}))["formats"];
+    const std::string request = sample("requests/environments-1-insert-host.xml");
+    const std::string mark = "hbx:v=\"" + to_string(formats["message_text"]) + '"';
+    EXPECT_NE(out({"message", "show", request}).find(mark), std::string::npos);
+    EXPECT_EQ(out({"message", "convert", request})[4], formats["message_binary"].get<char>());
+    ASSERT_EQ(run({"env", "put", request}).code, 0);
+    EXPECT_EQ(contentOf(path("home/environments.cache"))[32], formats["cache_file"].get<char>());
+    EXPECT_EQ(run({"options", "save", path("kept"), "--", "sid", "well-known"}).code, 0);
+    EXPECT_NE(contentOf(path("kept")).find("hbx:v=\"" + to_string(formats["options_file"]) + '"'),
+              std::string::npos);
+    EXPECT_NE(out({"version"}).find("cache file            " + to_string(formats["cache_file"]) + '\n'),
+              std::string::npos);
+}
+
+TEST_F(HelpTest, EveryDocumentBeginsWithItsSchema) {
+    const std::string config = sample("agent.xml");
+    const std::string request = sample("requests/environments-1-insert-host.xml");
+    const std::string trigger = sample("requests/schedule-once.xml");
+    const std::string voc = sample("vocabulary/hbagent.voc.windows");
+    ASSERT_EQ(run({"env", "put", request}).code, 0);
+    const struct {
+        const char* call; ///< area and verb
+        Words arguments;
+    } rows[] = {
+        {"backup-uri parse", {"backup://a/b/c"}},
+        {"backup-uri make", {"a/b"}},
+        {"call", {trigger, request}},
+        {"config list", {config, "/console"}},
+        {"config get", {config, "/console/port"}},
+        {"env list", {}},
+        {"env get", {"4b7e0a91-52c3-4f0d-8d1e-2a9c6f3b7e10"}},
+        {"env stat", {}},
+        {"env readers", {}},
+        {"env check", {}},
+        {"env watch", {"--timeout", "0"}},
+        {"message show", {trigger}},
+        {"message check", {trigger}},
+        {"message diff", {trigger, trigger}},
+        {"schedule next", {trigger, "--from", "2000-01-01"}},
+        {"schedule explain", {trigger, "--from", "2000-01-01"}},
+        {"sid parse", {"S-1-5-7"}},
+        {"sid local", {"7", "--eid", "00000000-0000-0000-0000-000000000001"}},
+        {"sid well-known", {}},
+        {"voc features", {voc}},
+        {"voc categories", {voc}},
+        {"voc has", {"vocversion", voc}},
+        {"version", {}},
+    };
+    Words tried;
+    for (const auto& row : rows) {
+        tried.emplace_back(std::string("hbx ") + row.call);
+        const std::string text = out(joined(joined(matches(row.call, "([^ ]+)"), row.arguments), {"--json"}));
+        const auto document = nlohmann::ordered_json::parse(text, nullptr, false);
+        EXPECT_TRUE(text.empty() || (document.begin().key() == "schema" && document["schema"] == 1)) << text;
+    }
+    Words offered;
+    for (const std::string& area : areas()) {
+        for (const std::string& call : matches(out({"help", area}), "usage: (hbx [^\\[]*[^ \\[])")) {
+            const bool has = out(joined(matches(call.substr(3), "([^ ]+)"), {"--help"})).find("--json") !=
+                             std::string::npos;
+            offered.insert(offered.end(), has ? 1 : 0, call);
+        }
+    }
+    EXPECT_EQ(tried, offered) << "a verb that has --json is missing above";
+}
+
+TEST_F(HelpTest, RepliesAndChecksAreGivenAsJson) {
+    const std::string good = sample("requests/schedule-once.xml");
+    const std::string bad = sample("bad/mismatched-tags.xml");
+    const Ended called = run({"call", "--json", good, bad, good});
+    EXPECT_EQ(called.code, 3);
+    const auto replies = nlohmann::json::parse(called.out)["replies"];
+    ASSERT_EQ(replies.size(), 2U);
+    EXPECT_EQ(replies[1]["file"], good);
+    EXPECT_EQ(replies[1]["reply"]["name"], "message");
+    EXPECT_EQ(run({"call", "--json", "--binary", good}).code, 2);
+
+    const Ended checked = run({"message", "check", "--json", good, bad});
+    EXPECT_EQ(checked.code, 3);
+    const auto files = nlohmann::json::parse(checked.out)["files"];
+    EXPECT_EQ(files[0], nlohmann::json({{"file", good}, {"message", true}}));
+    EXPECT_EQ(files[1]["message"], false);
+    EXPECT_EQ("hbx: " + files[1]["reason"].get<std::string>() + '\n', checked.err);
+}
+
+} // namespace
+} // namespace HBX
