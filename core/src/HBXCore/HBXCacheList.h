@@ -13,7 +13,6 @@
 
 namespace HBX {
 
-
 class HBXCacheLogicBase;
 
 namespace internal {
@@ -86,8 +85,8 @@ private:
     std::uint64_t snapshot_ = 0;
     internal::SidecarPin* pin_ = nullptr; ///< The row that notes us; null once our rest was ended.
     std::uint32_t ticket_ = 0;            ///< Of our rests.
-    const char* base_ = nullptr; ///< Of the mapping.
-    std::uint64_t size_ = 0;     ///< Of the file when the list was made.
+    const char* base_ = nullptr;          ///< Of the mapping.
+    std::uint64_t size_ = 0;              ///< Of the file when the list was made.
     std::uint64_t fork_ = 0;
     const HBXCacheEntry* begin_ = nullptr;
     const HBXCacheEntry* end_ = nullptr;

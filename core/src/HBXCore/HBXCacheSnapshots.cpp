@@ -194,8 +194,9 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
     return 0;
 }
 
-/// Brings a list to rest that nobody reads any more: it keeps its snapshot, and whoever next wants a list gets
-/// it, all without the lock. A writer ends the rest before anything else. @return false: it must be closed.
+/// Brings a list to rest that nobody reads any more: it keeps its snapshot, and whoever next wants a list
+/// gets it, all without the lock. A writer ends the rest before anything else. @return false: it must be
+/// closed.
 bool HBXCacheLogicBase::restList(HBXCacheList& list) {
     if (list.pin_ == nullptr || list.sorted_ != nullptr || list.fork_ != internal::forkNumber() ||
         !list.manager_->file().attachment().rest(*list.pin_, list.ticket_)) {
@@ -238,8 +239,8 @@ HBXCacheList* HBXCacheLogicBase::takeUpList() {
 bool HBXCacheLogicBase::showsPresent(const HBXCacheList& list) {
     const HBXMemoryMappedFile& file = list.manager_->file();
     HBXCacheHead& head = internal::headOf(const_cast<char*>(list.base_));
-    return std::atomic_ref(head.snapshot).load() == list.snapshot_ && !file.isOutdated() && !file.isDamaged() &&
-           internal::readValidFlag(list.base_);
+    return std::atomic_ref(head.snapshot).load() == list.snapshot_ && !file.isOutdated() &&
+           !file.isDamaged() && internal::readValidFlag(list.base_);
 }
 
 /// The last owner is gone. Without the lock nobody can tell, so the object stays for good.

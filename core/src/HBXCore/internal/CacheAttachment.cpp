@@ -352,7 +352,8 @@ void CacheAttachment::dropPin(SidecarPin& pin) {
     const SidecarHolder holder = read(pin).holder;
     if (holder.attachment() == slot_ + 1 && holder.lists() > 0) {
         exchange(pin, holder,
-                 holder.lists() == 1 ? SidecarHolder{0} : SidecarHolder::ofLists(slot_ + 1, holder.lists() - 1));
+                 holder.lists() == 1 ? SidecarHolder{0}
+                                     : SidecarHolder::ofLists(slot_ + 1, holder.lists() - 1));
     }
 }
 

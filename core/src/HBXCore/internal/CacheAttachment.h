@@ -125,11 +125,13 @@ public:
 
     /// Brings the only list of a row to rest. false: others are in the row, or it is not ours.
     bool rest(SidecarPin& pin, std::uint32_t ticket) {
-        return exchange(pin, SidecarHolder::ofLists(slot_ + 1, 1), SidecarHolder::ofResting(slot_ + 1, ticket));
+        return exchange(pin, SidecarHolder::ofLists(slot_ + 1, 1),
+                        SidecarHolder::ofResting(slot_ + 1, ticket));
     }
     /// Takes a resting list up again. false: its rest was ended, and the row is not its own any more.
     bool takeUp(SidecarPin& pin, std::uint32_t ticket) {
-        return exchange(pin, SidecarHolder::ofResting(slot_ + 1, ticket), SidecarHolder::ofLists(slot_ + 1, 1));
+        return exchange(pin, SidecarHolder::ofResting(slot_ + 1, ticket),
+                        SidecarHolder::ofLists(slot_ + 1, 1));
     }
     /// A list of the row was opened now.
     static void notePinTime(SidecarPin& pin) {
