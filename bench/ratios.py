@@ -1,29 +1,36 @@
 #!/usr/bin/env python3
-"""Sets the results of a benchmark program against goals.
+"""Sets the results of benchmark programs against goals.
 
-usage: ratios.py GOALS.tsv RESULTS.json...
+usage: ratios.py FAMILY...          prints a table for each family
+       ratios.py --write FAMILY...  writes them to bench/RESULTS.md, and the headline rows into README.md
 
-GOALS.tsv has rows of work, ours, peer, goal and stretch, parted by tabs. Ours and peer name a benchmark, or with
+A family is a folder of bench/ with goals.tsv: rows of work, ours, peer, goal and stretch, parted by tabs; a sixth
+column "headline" brings a row into README.md. Ours and peer name a benchmark of build/bench/bench/FAMILY.json, or with
 #counter a counter of it; peer "-" sets our amount itself against the goal. A goal "-" only shows the ratio. Times
 are CPU nanoseconds divided by the counter "items". Each amount is the median over all repetitions; the second
 ratio, of the fastest repetitions, tells how much of the first is noise.
 """
 
+import datetime
 import json
+import pathlib
+import platform
+import re
 import statistics
+import subprocess
 import sys
 
+ROOT = pathlib.Path(__file__).resolve().parent.parent
 UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
-def load(paths):
+def load(family):
     """All repetitions by benchmark name."""
     runs = {}
-    for path in paths:
-        with open(path, encoding="utf-8") as file:
-            for run in json.load(file)["benchmarks"]:
-                if run["run_type"] == "iteration":
-                    runs.setdefault(run["run_name"], []).append(run)
+    text = (ROOT / f"build/bench/bench/{family}.json").read_text(encoding="utf-8")
+    for run in json.loads(text)["benchmarks"]:
+        if run["run_type"] == "iteration":
+            runs.setdefault(run["run_name"], []).append(run)
     return runs
 
 
@@ -38,41 +45,119 @@ def amounts(runs, name):
     return [run["cpu_time"] * UNITS[run["time_unit"]] / run.get("items", 1) for run in found]
 
 
-def verdict(value, goal, stretch):
-    if goal == "-":
-        return ""
-    if value > float(goal):
-        return "MISSED"
-    return "stretch" if stretch != "-" and value <= float(stretch) else "met"
+def shown(amount, counter):
+    """An amount with its unit: of a time, or of the counter that it comes from."""
+    if counter == "bytes":
+        return f"{amount:.0f} B"
+    if counter and not counter.endswith("_ns"):
+        return f"{amount:.2f}"
+    for unit in ("ns", "µs", "ms"):
+        if amount < 1000:
+            return f"{amount:.3g} {unit}" if amount < 100 else f"{amount:.0f} {unit}"
+        amount /= 1000
+    return f"{amount:.3g} s"
 
 
-def show(work, ours, peer, goal, stretch, runs):
-    """Prints one row; False when the goal is missed or cannot be told."""
-    our_amounts = amounts(runs, ours)
-    peer_amounts = [1.0] if peer == "-" else amounts(runs, peer)
-    if not our_amounts or not peer_amounts:
-        print(f"{work:34} {ours:28} {peer:26} {'no result':>44}")
-        return False
-    our, other = statistics.median(our_amounts), statistics.median(peer_amounts)
-    ratio, fastest = our / other, min(our_amounts) / min(peer_amounts)
-    result = verdict(ratio, goal, stretch)
-    shown = f"{other:9.1f}" if peer != "-" else " " * 9
-    print(f"{work:34} {ours:28} {peer:26} {our:9.1f} {shown} {ratio:7.2f} {fastest:7.2f} {goal:>6} {result}")
-    return result != "MISSED"
+def peer_of(ours, peer):
+    """What tells the peer's benchmark from ours."""
+    own = ours.partition("#")[0].split("/")
+    return " ".join(part for part in peer.partition("#")[0].split("/") if part not in own)
 
 
-def main(goals, results):
-    runs = load(results)
-    print(f"{'work':34} {'ours':28} {'peer':26} {'ours':>9} {'peer':>9} {'ratio':>7} {'fastest':>7} {'goal':>6}")
-    missed = 0
-    with open(goals, encoding="utf-8") as file:
-        for line in file:
-            if line.strip() and not line.startswith("#"):
-                missed += not show(*line.rstrip("\n").split("\t"), runs)
+class Row:
+    def __init__(self, runs, work, ours, peer, goal, stretch, headline=""):
+        self.work = work
+        self.headline = headline == "headline"
+        self.peer = "" if peer == "-" else peer_of(ours, peer)
+        self.goal = None if goal == "-" else float(goal)
+        self.stretch = None if stretch == "-" else float(stretch)
+        ours_all, peer_all = amounts(runs, ours), [1.0] if peer == "-" else amounts(runs, peer)
+        self.known = bool(ours_all and peer_all)
+        if not self.known:
+            return
+        self.counter = ours.partition("#")[2]
+        self.ours, self.other = statistics.median(ours_all), statistics.median(peer_all)
+        self.ratio = self.ours / self.other
+        self.fastest = min(ours_all) / min(peer_all)
+
+    def verdict(self):
+        if not self.known:
+            return "no result"
+        if self.goal is None:
+            return ""
+        if self.ratio > self.goal:
+            return "missed"
+        return "stretch" if self.stretch is not None and self.ratio <= self.stretch else "met"
+
+    def cells(self):
+        goal = "" if self.goal is None else shown(self.goal, self.counter) if not self.peer else f"{self.goal:g}"
+        if not self.known:
+            return [self.work, "", self.peer, "", "", "", goal, self.verdict()]
+        other = shown(self.other, self.counter) if self.peer else ""
+        ratios = [f"{self.ratio:.2f}", f"{self.fastest:.2f}"] if self.peer else ["", ""]
+        return [self.work, shown(self.ours, self.counter), self.peer, other, *ratios, goal, self.verdict()]
+
+
+HEADS = ["Work", "Ours", "Peer", "Peer's", "Ratio", "Fastest", "Goal", ""]
+
+
+def read_rows(family):
+    runs = load(family)
+    with open(ROOT / f"bench/{family}/goals.tsv", encoding="utf-8") as file:
+        return [Row(runs, *line.rstrip("\n").split("\t")) for line in file if line.strip() and line[0] != "#"]
+
+
+def show(family):
+    rows = read_rows(family)
+    lines = [HEADS] + [row.cells() for row in rows]
+    widths = [max(len(line[i]) for line in lines) for i in range(len(HEADS))]
+    for line in lines:
+        print("  ".join(cell.ljust(width) for cell, width in zip(line, widths)).rstrip())
+    missed = sum(row.verdict() in ("missed", "no result") for row in rows)
     print(f"{missed} goals missed" if missed else "all goals met")
 
 
+def markdown(rows):
+    lines = ["| " + " | ".join(HEADS) + " |", "|---|---:|---|---:|---:|---:|---:|---|"]
+    return "\n".join(lines + ["| " + " | ".join(row.cells()) + " |" for row in rows]) + "\n"
+
+
+def machine():
+    model = re.search(r"model name\s*:\s*(.*)", pathlib.Path("/proc/cpuinfo").read_text())
+    cores = subprocess.run(["nproc"], capture_output=True, text=True, check=True).stdout.strip()
+    compiler = subprocess.run(["c++", "--version"], capture_output=True, text=True, check=True).stdout.splitlines()[0]
+    return f"{model[1] if model else platform.machine()}, {cores} cores, Linux {platform.release()}, {compiler}"
+
+
+def behind(tables):
+    """Where a peer is faster or smaller, goal or not; only what the numbers say for certain."""
+    rows = [row for rows in tables.values() for row in rows]
+    slower = [row for row in rows if row.known and row.peer and min(row.ratio, row.fastest) > 1.05]
+    lines = [f"- {row.work}: {row.ratio:.2f} times {row.peer}" for row in sorted(slower, key=lambda r: -r.ratio)]
+    return "\n".join(lines) + "\n" if lines else "Nowhere.\n"
+
+
+def write(families):
+    tables = {family: read_rows(family) for family in families}
+    text = "# Benchmark results\n\n"
+    text += f"{datetime.date.today()}, `./dev bench` on {machine()}. Times are CPU time of one item, medians of all "
+    text += "repetitions; Ratio is ours to the peer's, Fastest that of the fastest repetitions. Below 1 we are ahead.\n"
+    for family, rows in tables.items():
+        text += f"\n## {family}\n\n" + markdown(rows)
+    text += "\n## Where a peer is ahead\n\n" + behind(tables)
+    (ROOT / "bench/RESULTS.md").write_text(text, encoding="utf-8")
+    headlines = markdown([row for rows in tables.values() for row in rows if row.headline])
+    readme = ROOT / "README.md"
+    begin, end = "<!-- written by ./dev bench -->\n", "<!-- end -->"
+    before, rest = readme.read_text(encoding="utf-8").split(begin)
+    readme.write_text(before + begin + headlines + end + rest.partition(end)[2], encoding="utf-8")
+
+
 if __name__ == "__main__":
-    if len(sys.argv) < 3:
+    if len(sys.argv) < 2:
         sys.exit(__doc__)
-    main(sys.argv[1], sys.argv[2:])
+    if sys.argv[1] == "--write":
+        write(sys.argv[2:])
+    else:
+        for name in sys.argv[1:]:
+            show(name)

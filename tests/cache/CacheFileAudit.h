@@ -35,8 +35,8 @@ inline std::string auditFile(const std::string& name, const HBXCacheFormat& form
     std::map<std::uint64_t, std::uint32_t> counts{
         {reinterpret_cast<const HBXCacheHead*>(content.data())->snapshot, 1}};
     for (const internal::SidecarPin& pin : tables.pins) {
-        if (pin.attachment != 0 && pin.generation == tables.head.generation) {
-            counts[pin.snapshot] += pin.number;
+        if (!pin.holder.isFree() && pin.generation == tables.head.generation) {
+            counts[pin.snapshot] += pin.holder.references();
         }
     }
     std::vector<internal::CacheRoot> roots;

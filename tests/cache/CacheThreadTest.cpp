@@ -56,6 +56,10 @@ private:
         const auto known = model_.find(key);
         expect((copy != nullptr) == (known != model_.end()));
         expect(copy == nullptr || (copy->isWhole() && copy->version == known->second.first));
+        const auto list = cache.getList(); // mostly one that rests, and must not show the past
+        const TestValue* shown = list->find(key);
+        expect(list->holdsSnapshot() && (shown != nullptr) == (known != model_.end()));
+        expect(shown == nullptr || (shown->isWhole() && shown->version == known->second.first));
     }
 
     void readAll(TestCache& cache, Shared& shared, std::uint64_t round) {

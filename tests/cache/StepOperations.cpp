@@ -40,6 +40,23 @@ void openAndPin(Actor& actor) {
     actor.openList();
 }
 
+void openAndRest(Actor& actor) {
+    openAndPin(actor);
+    actor.closeList();
+}
+
+void fillAndRest(Actor& actor) {
+    fillRun(actor);
+    actor.openList();
+    actor.closeList();
+}
+
+void openTwoAndRestOne(Actor& actor) {
+    openAndPin(actor);
+    actor.openList();
+    actor.closeList();
+}
+
 void changeTwo(Actor& actor) {
     actor.put(20, 2, kSize);
     actor.remove(30);
@@ -122,7 +139,12 @@ const std::vector<Operation>& stepOperations() {
         {"the same, beyond the mapping", fillRun, nullptr, makeLargeInSmallMapping, nullptr, store, true},
         {"open a list, no tail", fillRun, nullptr, open, nullptr, openList},
         {"open a list, with a tail", fillRunAndTail, nullptr, open, nullptr, openList},
-        {"close a list of the present", fillAndPin, nullptr, openAndPin, nullptr, closeList},
+        {"bring a list to rest", fillAndPin, nullptr, openAndPin, nullptr, closeList},
+        {"take up a list at rest", fillRun, nullptr, openAndRest, nullptr, openList, true},
+        {"open when the rest was ended", fillRun, nullptr, openAndRest, changeTwo, openList},
+        {"close beside a list at rest", fillAndPin, nullptr, openTwoAndRestOne, nullptr, closeList},
+        {"replace beside a list at rest", fillAndRest, nullptr, makeReplacement, nullptr, store, true},
+        {"insert beside the dead one's rest", fillRun, openAndRest, makeNew, nullptr, store},
         {"close the last list of the past", fillRun, nullptr, holdOldSnapshot, nullptr, closeList, true},
         {"reclaim a dead reader's past", fillRun, openAndPin, open, changeTwo, askStatus},
         {"insert beside a dead reader", fillRun, openAndPin, makeNew, nullptr, store, true},

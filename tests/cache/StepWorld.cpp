@@ -72,7 +72,7 @@ Finding checkTables(const Sidecar& tables) {
         }
     }
     for (const internal::SidecarPin& pin : tables.pins) {
-        if (pin.attachment != 0 && tables.attachments[pin.attachment - 1].inUse == 0) {
+        if (!pin.holder.isFree() && tables.attachments[pin.holder.attachment() - 1].inUse == 0) {
             return "a dead process still holds a snapshot";
         }
     }
@@ -90,8 +90,8 @@ Finding audit(const std::string& name) {
     }
     std::map<std::uint64_t, std::uint32_t> counts{{internal::headOf(data.data()).snapshot, 1}};
     for (const internal::SidecarPin& pin : tables->pins) {
-        if (pin.attachment != 0 && pin.generation == tables->head.generation) {
-            counts[pin.snapshot] += pin.number;
+        if (!pin.holder.isFree() && pin.generation == tables->head.generation) {
+            counts[pin.snapshot] += pin.holder.references();
         }
     }
     std::vector<internal::CacheRoot> roots;

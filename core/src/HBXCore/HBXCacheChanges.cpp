@@ -38,7 +38,8 @@ int HBXCacheLogicBase::put(Storage& storage, const void* key, const void* record
         return kFailed;
     }
     const HBXCacheKey wanted(key);
-    const HBXCacheEntry* known = CacheView::arrayOf(view().snapshotAt(head().snapshot)).find(wanted);
+    const std::uint64_t before = head().snapshot;
+    const HBXCacheEntry* known = CacheView::arrayOf(view().snapshotAt(before)).find(wanted);
     const std::uint64_t offset = getWritableSnapshot(known != nullptr ? shKeep : shGrow, storage);
     if (offset == 0) {
         storage.manager->heap().free(value);
@@ -46,8 +47,11 @@ int HBXCacheLogicBase::put(Storage& storage, const void* key, const void* record
     }
     HBXSnapshotHead& snapshot = view().snapshotAt(offset);
     HBXCacheEntry* entries = CacheView::entriesOf(snapshot);
-    if (const HBXCacheEntry* found = CacheView::arrayOf(snapshot).find(wanted)) {
-        HBXCacheEntry& entry = entries[found - entries];
+    if (known != nullptr && offset != before) {
+        known = CacheView::arrayOf(snapshot).find(wanted); // a copy has no removed ones
+    }
+    if (known != nullptr) {
+        HBXCacheEntry& entry = entries[known - entries];
         const std::uint64_t old = entry.value;
         commit(entry.value, value);
         old != 0 ? releaseValue(storage, old) : void(--snapshot.removed);
@@ -131,6 +135,7 @@ std::uint64_t HBXCacheLogicBase::allocate(Storage& storage, std::size_t size) {
     }
     std::uint64_t offset = storage.manager->heap().allocate(size);
     if (offset == 0) {
+        reclaimResting(storage);
         reclaimDead(storage);
         offset = storage.manager->heap().allocate(size);
     }

@@ -120,8 +120,9 @@ private:
     }
 
     bool isHeld(const SidecarPin& pin) const {
-        return pin.attachment != 0 && pin.attachment <= Sidecar::kAttachments && pin.number > 0 &&
-               pin.generation == image_.lockFile->head.generation;
+        const internal::SidecarHolder holder = pin.holder;
+        return holder.attachment() != 0 && holder.attachment() <= Sidecar::kAttachments &&
+               holder.references() > 0 && pin.generation == image_.lockFile->head.generation;
     }
 
     /// Snapshots that must be readable, with their holders. What the dead held is only waiting to be freed.
@@ -134,8 +135,8 @@ private:
                 if (!isHeld(pin)) {
                     continue;
                 }
-                if (image_.living[pin.attachment - 1]) {
-                    counts[pin.snapshot] += pin.number;
+                if (image_.living[pin.holder.attachment() - 1]) {
+                    counts[pin.snapshot] += pin.holder.references();
                 } else {
                     add(Severity::Repairable, offsetof(Sidecar, pins) + row * sizeof(SidecarPin),
                         "lists of a process that has ended are noted", true);

@@ -76,7 +76,7 @@ static_assert(sizeof(HBXCacheEntry) == 24);
 /// order of arrival. All keys are distinct.
 struct HBXSnapshotHead {
     static constexpr std::uint64_t kMagic = 0x746F687350414E53; // "SNAPshot"
-    static constexpr std::uint32_t kMaximumTail = 64;
+    static constexpr std::uint32_t kMaximumTail = 128;
 
     std::int32_t references; ///< 1 for being current, and one for each list.
     std::uint32_t capacity;  ///< Entries that fit.

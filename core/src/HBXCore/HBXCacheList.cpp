@@ -17,6 +17,14 @@ HBXCacheList::~HBXCacheList() {
     }
 }
 
+/// The last owner is gone.
+void HBXCacheList::close() {
+    references_.store(1, std::memory_order_relaxed); // the next owner
+    if (!holdsSnapshot() || !cache_.restList(*this)) {
+        delete this;
+    }
+}
+
 const HBXCacheEntry* HBXCacheList::findEntry(const void* key) const {
     const HBXFlatSortedArray array(begin_, static_cast<std::uint32_t>(end_ - begin_), 0);
     const HBXCacheEntry* entry = array.find(HBXCacheKey(key));

@@ -15,6 +15,10 @@ namespace HBX {
 
 class HBXCacheLogicBase;
 
+namespace internal {
+struct SidecarPin;
+}
+
 /// A reference-counted list of the values of one snapshot. While it lives the snapshot stays as it is, and
 /// the values may be read where they lie, from any thread, without a lock. Keeps its cache alive.
 class HBX_EXPORT HBXCacheList {
@@ -42,7 +46,7 @@ public:
     friend void intrusive_ptr_release(const HBXCacheList* list) {
         if (list->references_.load(std::memory_order_acquire) == 1 ||
             list->references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-            delete list;
+            const_cast<HBXCacheList*>(list)->close();
         }
     }
 
@@ -57,16 +61,32 @@ protected:
         return base_ + offset;
     }
 
+    /// Asks the processor for the head of a record some entries further on: records lie anywhere in memory,
+    /// and a walk would wait for each.
+    void fetchAhead(const HBXCacheEntry* entry) const {
+        constexpr std::ptrdiff_t kAhead = 12;
+        constexpr std::uint64_t kLine = 64;
+        if (end_ - entry > kAhead) {
+            const std::uint64_t offset = entry[kAhead].value < size_ ? entry[kAhead].value : 0;
+            __builtin_prefetch(base_ + offset);
+            __builtin_prefetch(base_ + offset + kLine);
+        }
+    }
+
 private:
     friend class HBXCacheLogicBase;
+
+    void close();
 
     mutable std::atomic<int> references_{1}; ///< The maker's own is one.
 
     HBXCacheLogicBase& cache_;
     HBXMappedMemoryManager* manager_ = nullptr; ///< The mapping, which counts us.
     std::uint64_t snapshot_ = 0;
-    const char* base_ = nullptr; ///< Of the mapping.
-    std::uint64_t size_ = 0;     ///< Of the file when the list was made.
+    internal::SidecarPin* pin_ = nullptr; ///< The row that notes us; null once our rest was ended.
+    std::uint32_t ticket_ = 0;            ///< Of our rests.
+    const char* base_ = nullptr;          ///< Of the mapping.
+    std::uint64_t size_ = 0;              ///< Of the file when the list was made.
     std::uint64_t fork_ = 0;
     const HBXCacheEntry* begin_ = nullptr;
     const HBXCacheEntry* end_ = nullptr;

@@ -48,6 +48,7 @@ public:
             const Value* operator->() const { return value_; }
             const_iterator& operator++() {
                 ++entry_;
+                list_->fetchAhead(entry_);
                 skipForward();
                 return *this;
             }
@@ -127,7 +128,10 @@ public:
     }
 
     /// Never null; empty when it holds no snapshot.
-    boost::intrusive_ptr<ValuesList> getList() { return {new ValuesList(*this), false}; }
+    boost::intrusive_ptr<ValuesList> getList() {
+        HBXCacheList* known = takeUpList();
+        return {known != nullptr ? static_cast<ValuesList*>(known) : new ValuesList(*this), false};
+    }
     /// A private copy, null when absent.
     boost::shared_ptr<Value> getCopy(const Key& key) {
         return boost::shared_ptr<Value>(static_cast<Value*>(copyBytes(&key)), HBXCachedItem::deleter_free());

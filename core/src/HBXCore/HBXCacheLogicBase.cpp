@@ -342,11 +342,12 @@ int HBXCacheLogicBase::recover(Storage& storage) {
     if (attachment.head().fileSize < kCacheMinimumSize || unsafe_checkSize(storage) != 0) {
         return -1;
     }
+    attachment.reclaimResting([](const internal::SidecarPin&) {});
     attachment.reclaimDead([](const internal::SidecarPin&) {});
     std::map<std::uint64_t, std::uint32_t> counts{{head().snapshot, 1}};
     attachment.forEachPin([&](const internal::SidecarPin& pin) {
-        if (pin.generation == storage.manager->file().generation() && pin.number > 0) {
-            counts[pin.snapshot] += pin.number;
+        if (pin.generation == storage.manager->file().generation() && pin.holder.references() > 0) {
+            counts[pin.snapshot] += pin.holder.references();
         }
     });
     std::vector<internal::CacheRoot> roots;

@@ -18,6 +18,7 @@ namespace internal {
 class CacheView;
 struct CacheDamage;
 struct SidecarHead;
+struct SidecarPin;
 } // namespace internal
 
 /// What a writer is about to do with a snapshot.
@@ -118,6 +119,8 @@ protected:
     int putBytes(const void* key, const void* record, std::size_t length);
     /// A private copy of a value record, to be freed by the caller; null when absent or on failure.
     void* copyBytes(const void* key);
+    /// The list that was closed last, when it still shows the present; null otherwise. Costs no lock.
+    HBXCacheList* takeUpList();
 
 private:
     friend class HBXCacheList;
@@ -159,15 +162,23 @@ private:
     std::uint64_t replaceSnapshot(Storage& storage);
     void fillSnapshot(std::uint64_t from, std::uint64_t to, std::uint32_t capacity);
     void raiseValueCounts(std::uint64_t snapshot);
-    std::uint64_t acquireSnapshot(Storage& storage);
+    std::uint64_t acquireSnapshot(Storage& storage, internal::SidecarPin*& pin);
     void releaseSnapshot(std::uint64_t snapshot, Storage& storage, std::uint32_t lists);
     static bool isSnapshotMemoryAccessible(std::uint64_t snapshot, const Storage& storage);
     void freeSnapshot(Storage& storage, std::uint64_t snapshot);
+    void releasePin(Storage& storage, const internal::SidecarPin& pin);
+    void reclaimResting(Storage& storage);
     void reclaimDead(Storage& storage);
+    void reclaimIfHeld(Storage& storage);
     void openList(HBXCacheList& list);
     int fillList(Storage& storage, HBXCacheList& list);
     void closeList(HBXCacheList& list);
-    void giveBack(Storage& storage, std::uint64_t snapshot);
+    bool restList(HBXCacheList& list);
+    bool wakeList(HBXCacheList& list);
+    static bool showsPresent(const HBXCacheList& list);
+    HBXCacheList* noList() { return reinterpret_cast<HBXCacheList*>(this); }
+    static void dropPin(HBXCacheList& list);
+    void giveBack(Storage& storage, HBXCacheList& list);
     void endUnlessListed();
     static void logUnableToLock();
 
@@ -191,6 +202,8 @@ private:
     /// The current mapping as it was looked at last; under the lock.
     Mapping known_;
     mutable std::atomic<int> references_{0};
+    /// A closed list for the next who wants one; noList() once nobody can want one.
+    std::atomic<HBXCacheList*> resting_{nullptr};
     // Under the lock. Lists are counted here, as one needs no further locked instruction for that.
     std::size_t openLists_ = 0;
     std::uint64_t fork_;     ///< In which process they were opened.

@@ -24,9 +24,7 @@ std::uint64_t HBXCacheLogicBase::getWritableSnapshot(eSnapshotHint hint, Storage
     if (current().references < 1) {
         throw CacheDamage{head().snapshot, "a count of references is below 1"};
     }
-    if (current().references > 1) {
-        reclaimDead(storage); // a copy costs more than to ask whether the holders live
-    }
+    reclaimIfHeld(storage);
     const HBXSnapshotHead& snapshot = current();
     const bool hasRoom = snapshot.tail() < HBXSnapshotHead::kMaximumTail &&
                          snapshot.count() < snapshot.capacity &&
@@ -55,6 +53,7 @@ std::uint64_t HBXCacheLogicBase::replaceSnapshot(Storage& storage) {
     commit(head().snapshot, made);
     if (held) {
         --replaced.references;
+        reclaimResting(storage); // a list that came to rest meanwhile may not have seen the new snapshot
     } else {
         storage.manager->heap().free(old); // the new one takes over its counts
     }
@@ -86,7 +85,7 @@ void HBXCacheLogicBase::raiseValueCounts(std::uint64_t snapshot) {
 bool HBXCacheLogicBase::isSnapshotMemoryAccessible(std::uint64_t, const Storage&) { return true; }
 
 /// @return the snapshot, noted as held; 0 when there is no room to note it.
-std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage) {
+std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage, internal::SidecarPin*& pin) {
     std::uint64_t offset = head().snapshot;
     HBXSnapshotHead* current = &view().snapshotAt(offset);
     if (current->references < 1) {
@@ -98,8 +97,9 @@ std::uint64_t HBXCacheLogicBase::acquireSnapshot(Storage& storage) {
         current = &view().snapshotAt(offset);
     }
     HBXMemoryMappedFile& file = storage.manager->file();
-    if (!isSnapshotMemoryAccessible(offset, storage) ||
-        file.attachment().addPin(file.generation(), offset) != 0) {
+    pin = isSnapshotMemoryAccessible(offset, storage) ? file.attachment().addPin(file.generation(), offset)
+                                                      : nullptr;
+    if (pin == nullptr) {
         return 0;
     }
     ++current->references;
@@ -128,13 +128,31 @@ void HBXCacheLogicBase::freeSnapshot(Storage& storage, std::uint64_t snapshot) {
     storage.manager->heap().free(snapshot);
 }
 
+void HBXCacheLogicBase::releasePin(Storage& storage, const internal::SidecarPin& pin) {
+    if (pin.generation == storage.manager->file().generation()) {
+        releaseSnapshot(pin.snapshot, storage, pin.holder.references());
+    }
+}
+
+void HBXCacheLogicBase::reclaimResting(Storage& storage) {
+    storage.manager->file().attachment().reclaimResting(
+        [&](const internal::SidecarPin& pin) { releasePin(storage, pin); });
+}
+
 void HBXCacheLogicBase::reclaimDead(Storage& storage) {
-    HBXMemoryMappedFile& file = storage.manager->file();
-    file.attachment().reclaimDead([&](const internal::SidecarPin& pin) {
-        if (pin.generation == file.generation()) {
-            releaseSnapshot(pin.snapshot, storage, pin.number);
-        }
-    });
+    storage.manager->file().attachment().reclaimDead(
+        [&](const internal::SidecarPin& pin) { releasePin(storage, pin); });
+}
+
+/// A copy costs more than to ask whether the holders read, and whether they live.
+void HBXCacheLogicBase::reclaimIfHeld(Storage& storage) {
+    const auto isHeld = [&] { return view().snapshotAt(head().snapshot).references > 1; };
+    if (isHeld()) {
+        reclaimResting(storage);
+    }
+    if (isHeld()) {
+        reclaimDead(storage);
+    }
 }
 
 // --- lists ---
@@ -151,7 +169,7 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
     if (openLists_ >= sizes_.maximumLists) {
         return kFailed;
     }
-    const std::uint64_t offset = acquireSnapshot(storage);
+    const std::uint64_t offset = acquireSnapshot(storage, list.pin_);
     if (offset == 0) {
         return kFailed;
     }
@@ -170,13 +188,67 @@ int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
     list.base_ = known_.base;
     list.size_ = known_.size;
     list.snapshot_ = offset;
+    list.ticket_ = storage.manager->file().attachment().newTicket();
     ++openLists_;
     ++storage.manager->openLists;
     return 0;
 }
 
+/// Brings a list to rest that nobody reads any more: it keeps its snapshot, and whoever next wants a list
+/// gets it, all without the lock. A writer ends the rest before anything else. @return false: it must be
+/// closed.
+bool HBXCacheLogicBase::restList(HBXCacheList& list) {
+    if (list.pin_ == nullptr || list.sorted_ != nullptr || list.fork_ != internal::forkNumber() ||
+        !list.manager_->file().attachment().rest(*list.pin_, list.ticket_)) {
+        return false;
+    }
+    HBXCacheList* none = nullptr;
+    if (showsPresent(list) && resting_.compare_exchange_strong(none, &list)) {
+        return true; // and may be gone, with its cache
+    }
+    wakeList(list);
+    return false;
+}
+
+/// Holds the snapshot again, unless the rest was ended.
+bool HBXCacheLogicBase::wakeList(HBXCacheList& list) {
+    if (list.fork_ != internal::forkNumber()) {
+        return false;
+    }
+    if (!list.manager_->file().attachment().takeUp(*list.pin_, list.ticket_)) {
+        list.pin_ = nullptr;
+        return false;
+    }
+    return true;
+}
+
+HBXCacheList* HBXCacheLogicBase::takeUpList() {
+    HBXCacheList* list = resting_.load(std::memory_order_relaxed);
+    if (list == nullptr || list == noList() || !resting_.compare_exchange_strong(list, nullptr)) {
+        return nullptr;
+    }
+    if (wakeList(*list) && memory_.load(std::memory_order_acquire) == list->base_ && showsPresent(*list)) {
+        list->manager_->file().attachment().notePinTime(*list->pin_);
+        return list;
+    }
+    delete list;
+    return nullptr;
+}
+
+/// Nobody changes a snapshot that is held, so while it is the current one it is the present.
+bool HBXCacheLogicBase::showsPresent(const HBXCacheList& list) {
+    const HBXMemoryMappedFile& file = list.manager_->file();
+    HBXCacheHead& head = internal::headOf(const_cast<char*>(list.base_));
+    return std::atomic_ref(head.snapshot).load() == list.snapshot_ && !file.isOutdated() &&
+           !file.isDamaged() && internal::readValidFlag(list.base_);
+}
+
 /// The last owner is gone. Without the lock nobody can tell, so the object stays for good.
 void HBXCacheLogicBase::endUnlessListed() {
+    if (HBXCacheList* list = resting_.exchange(noList())) {
+        wakeList(*list);
+        delete list;
+    }
     if (gate_ != nullptr && gate_->file().lock(false) == 0) {
         onlyLists_ = openLists_ > 0 && fork_ == internal::forkNumber();
         const bool listed = onlyLists_;
@@ -201,7 +273,7 @@ void HBXCacheLogicBase::closeList(HBXCacheList& list) {
         isCurrent = false;
     }
     if (!isCurrent && manager.file().lock(false) == 0) { // may be another lock than ours
-        manager.file().attachment().dropPin(manager.file().generation(), list.snapshot_);
+        dropPin(list);
         manager.file().unlock();
     }
     if (!isCurrent && gate_->file().lock(false) != 0) {
@@ -213,8 +285,7 @@ void HBXCacheLogicBase::closeList(HBXCacheList& list) {
     }
     const bool last = --openLists_ == 0 && onlyLists_;
     if (isCurrent) {
-        manager.file().attachment().dropPin(manager.file().generation(), list.snapshot_);
-        giveBack(storage, list.snapshot_);
+        giveBack(storage, list);
         unlock(storage);
     } else {
         gate_->file().unlock();
@@ -224,11 +295,18 @@ void HBXCacheLogicBase::closeList(HBXCacheList& list) {
     }
 }
 
-void HBXCacheLogicBase::giveBack(Storage& storage, std::uint64_t snapshot) {
-    bool released = false;
+void HBXCacheLogicBase::dropPin(HBXCacheList& list) {
+    if (list.pin_ != nullptr) {
+        list.manager_->file().attachment().dropPin(*list.pin_);
+    }
+}
+
+void HBXCacheLogicBase::giveBack(Storage& storage, HBXCacheList& list) {
+    dropPin(list);
+    bool released = list.pin_ == nullptr;
     repairing(storage, [&](Storage& held) {
         if (!std::exchange(released, true)) { // a repair counts without our row already
-            releaseSnapshot(snapshot, held, 1);
+            releaseSnapshot(list.snapshot_, held, 1);
         }
         return 0;
     });

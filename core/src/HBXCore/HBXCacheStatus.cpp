@@ -30,6 +30,7 @@ std::uint64_t HBXCacheLogicBase::getChangeCount() {
 
 int HBXCacheLogicBase::getStatus(HBXCacheStatus& status) {
     return locked([&](Storage& storage) {
+        reclaimResting(storage);
         reclaimDead(storage);
         return describe(storage, status);
     });
@@ -56,10 +57,11 @@ int HBXCacheLogicBase::describe(Storage& storage, HBXCacheStatus& status) {
     status.generation = file.generation();
     std::set<std::uint64_t> snapshots{current};
     attachment.forEachPin([&](const internal::SidecarPin& pin) {
-        if (pin.generation == file.generation() && pin.number > 0) {
+        const internal::SidecarHolder holder = pin.holder;
+        if (pin.generation == file.generation() && holder.lists() > 0) {
             snapshots.insert(pin.snapshot);
-            const std::uint32_t pid = attachment.tables().attachments[pin.attachment - 1].pid;
-            status.holders.push_back({pid, pin.snapshot, pin.snapshot == current, pin.number, pin.since});
+            const std::uint32_t pid = attachment.tables().attachments[holder.attachment() - 1].pid;
+            status.holders.push_back({pid, pin.snapshot, pin.snapshot == current, holder.lists(), pin.since});
         }
     });
     status.snapshots = snapshots.size();

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <HBXMessage/internal/NameHash.h>
 #include <HBXMessage/internal/NameTables.h>
 
 namespace HBX {
@@ -11,13 +12,8 @@ namespace {
 
 using internal::IdName;
 
-constexpr std::uint32_t hashName(std::string_view name) {
-    std::uint32_t hash = 2166136261U;
-    for (char c : name) {
-        hash = (hash ^ static_cast<std::uint8_t>(c)) * 16777619U;
-    }
-    return hash ^ (hash >> 15);
-}
+/// All names are known, so nobody can choose them.
+constexpr std::uint64_t hashName(std::string_view name) { return internal::hashName(name, 0); }
 
 /// Both directions of one table: a dense array by id and an open-addressing hash by name, filled at compile
 /// time.

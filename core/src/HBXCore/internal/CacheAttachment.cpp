@@ -302,28 +302,12 @@ std::uint64_t CacheAttachment::usedRows() const {
     return std::min<std::uint64_t>(sidecar_->head.pinRows, Sidecar::kPins);
 }
 
-bool CacheAttachment::isRowOf(const SidecarPin& pin, std::uint64_t generation, std::uint64_t snapshot) const {
-    return pin.attachment == slot_ + 1 && pin.snapshot == snapshot && pin.generation == generation;
-}
-
-/// A row of ours for that snapshot, else null; looks first where it was last.
-SidecarPin* CacheAttachment::findPin(std::uint64_t generation, std::uint64_t snapshot) {
-    SidecarPin* const begin = sidecar_->pins;
-    if (isRowOf(begin[lastRow_], generation, snapshot)) {
-        return begin + lastRow_;
-    }
-    SidecarPin* const end = begin + usedRows();
-    SidecarPin* const found =
-        std::find_if(begin, end, [&](const SidecarPin& pin) { return isRowOf(pin, generation, snapshot); });
-    return found == end ? nullptr : found;
-}
-
 /// The first free row; null when the table is full.
 SidecarPin* CacheAttachment::findFreeRow() {
     SidecarPin* const begin = sidecar_->pins;
     SidecarPin* const end = begin + usedRows();
     SidecarPin* const found =
-        std::find_if(begin, end, [](const SidecarPin& pin) { return pin.attachment == 0; });
+        std::find_if(begin, end, [](const SidecarPin& pin) { return read(pin).holder.isFree(); });
     if (found != end) {
         return found;
     }
@@ -334,38 +318,43 @@ SidecarPin* CacheAttachment::findFreeRow() {
     return end;
 }
 
+/// Whether the row is one of ours for that snapshot, which then counts one list more.
+bool CacheAttachment::joinRow(SidecarPin& pin, std::uint64_t generation, std::uint64_t snapshot) {
+    const SidecarPin row = read(pin);
+    return row.holder.attachment() == slot_ + 1 && !row.holder.isResting() && row.snapshot == snapshot &&
+           row.generation == generation &&
+           exchange(pin, row.holder, SidecarHolder::ofLists(slot_ + 1, row.holder.lists() + 1));
+}
+
 /// The row used last mostly fits: it is free, or has the same snapshot. Two rows may name one snapshot.
-int CacheAttachment::addPin(std::uint64_t generation, std::uint64_t snapshot) {
+SidecarPin* CacheAttachment::addPin(std::uint64_t generation, std::uint64_t snapshot) {
     SidecarPin* pin = &sidecar_->pins[lastRow_];
-    if (isRowOf(*pin, generation, snapshot)) {
-        ++pin->number;
-        return 0;
+    if (lastRow_ < usedRows() && joinRow(*pin, generation, snapshot)) {
+        return pin;
     }
-    if (pin->attachment != 0 || lastRow_ >= usedRows()) {
+    if (lastRow_ >= usedRows() || !read(*pin).holder.isFree()) {
         pin = findFreeRow();
     }
     if (pin == nullptr) {
         setErrorMessage("Too many lists are open over \"" + path_ + '"');
-        return -1;
+        return nullptr;
     }
     pin->generation = generation;
     pin->snapshot = snapshot;
-    pin->number = 1;
-    pin->since = std::time(nullptr);
-    std::atomic_ref(pin->attachment).store(slot_ + 1, std::memory_order_release);
+    notePinTime(*pin);
+    std::atomic_ref(pin->holder.word).store(SidecarHolder::ofLists(slot_ + 1, 1).word);
     lastRow_ = static_cast<std::uint64_t>(pin - sidecar_->pins);
-    return 0;
+    return pin;
 }
 
-void CacheAttachment::dropPin(std::uint64_t generation, std::uint64_t snapshot) {
-    SidecarPin* pin = findPin(generation, snapshot);
-    if (pin != nullptr && --pin->number == 0) {
-        clearRow(*pin);
+/// Another list of the row may come to rest at the same time only when it is alone there.
+void CacheAttachment::dropPin(SidecarPin& pin) {
+    const SidecarHolder holder = read(pin).holder;
+    if (holder.attachment() == slot_ + 1 && holder.lists() > 0) {
+        exchange(pin, holder,
+                 holder.lists() == 1 ? SidecarHolder{0}
+                                     : SidecarHolder::ofLists(slot_ + 1, holder.lists() - 1));
     }
-}
-
-void CacheAttachment::clearRow(SidecarPin& pin) {
-    std::atomic_ref(pin.attachment).store(0, std::memory_order_release);
 }
 
 std::bitset<Sidecar::kAttachments> CacheAttachment::findDead() const {

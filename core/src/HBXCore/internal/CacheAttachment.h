@@ -3,6 +3,7 @@
 #include <atomic>
 #include <bitset>
 #include <chrono>
+#include <ctime>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -76,9 +77,23 @@ public:
 
     // --- who holds which snapshot; under the lock ---
 
-    /// Notes one more list over a snapshot. -1 when the table is full.
-    int addPin(std::uint64_t generation, std::uint64_t snapshot);
-    void dropPin(std::uint64_t generation, std::uint64_t snapshot);
+    /// Notes one more list over a snapshot. @return its row; null when the table is full.
+    SidecarPin* addPin(std::uint64_t generation, std::uint64_t snapshot);
+    /// Takes one list out of its row.
+    void dropPin(SidecarPin& pin);
+    /// Tells one list's rests from those of others.
+    std::uint32_t newTicket() { return ++lastTicket_ & 0x7FFFFFFF; }
+    /// Ends the rests of all processes; hands their rows to `release`.
+    template <class Release>
+    void reclaimResting(Release release) {
+        for (std::uint64_t i = 0; i < usedRows(); ++i) {
+            SidecarPin& pin = sidecar_->pins[i];
+            const SidecarPin row = read(pin);
+            if (row.holder.isResting() && exchange(pin, row.holder, SidecarHolder{0})) {
+                release(row);
+            }
+        }
+    }
     /// Hands the rows of processes that ended without closing their lists to `release`, then forgets them.
     template <class Release>
     void reclaimDead(Release release) {
@@ -88,9 +103,9 @@ public:
         }
         for (std::uint64_t i = 0; i < usedRows(); ++i) {
             SidecarPin& pin = sidecar_->pins[i];
-            if (isInUse(pin) && dead[pin.attachment - 1]) {
-                const SidecarPin row = pin;
-                clearRow(pin);
+            const SidecarPin row = read(pin);
+            if (isInUse(row) && dead[row.holder.attachment() - 1]) {
+                exchange(pin, row.holder, SidecarHolder{0});
                 release(row);
             }
         }
@@ -100,10 +115,27 @@ public:
     template <class Visit>
     void forEachPin(Visit visit) const {
         for (std::uint64_t i = 0; i < usedRows(); ++i) {
-            if (isInUse(sidecar_->pins[i])) {
-                visit(sidecar_->pins[i]);
+            if (const SidecarPin row = read(sidecar_->pins[i]); isInUse(row)) {
+                visit(row);
             }
         }
+    }
+
+    // --- without the lock ---
+
+    /// Brings the only list of a row to rest. false: others are in the row, or it is not ours.
+    bool rest(SidecarPin& pin, std::uint32_t ticket) {
+        return exchange(pin, SidecarHolder::ofLists(slot_ + 1, 1),
+                        SidecarHolder::ofResting(slot_ + 1, ticket));
+    }
+    /// Takes a resting list up again. false: its rest was ended, and the row is not its own any more.
+    bool takeUp(SidecarPin& pin, std::uint32_t ticket) {
+        return exchange(pin, SidecarHolder::ofResting(slot_ + 1, ticket),
+                        SidecarHolder::ofLists(slot_ + 1, 1));
+    }
+    /// A list of the row was opened now.
+    static void notePinTime(SidecarPin& pin) {
+        std::atomic_ref(pin.since).store(std::time(nullptr), std::memory_order_relaxed);
     }
 
 private:
@@ -117,14 +149,21 @@ private:
     int attachAgain(Patience patience);
     std::uint64_t usedRows() const;
     static bool isInUse(const SidecarPin& pin) {
-        return pin.attachment != 0 && pin.attachment <= Sidecar::kAttachments;
+        return pin.holder.attachment() != 0 && pin.holder.attachment() <= Sidecar::kAttachments;
+    }
+    static SidecarPin read(const SidecarPin& pin) {
+        return {{std::atomic_ref(const_cast<std::uint64_t&>(pin.holder.word)).load()},
+                pin.generation,
+                pin.snapshot,
+                std::atomic_ref(const_cast<std::int64_t&>(pin.since)).load(std::memory_order_relaxed)};
+    }
+    static bool exchange(SidecarPin& pin, SidecarHolder from, SidecarHolder to) {
+        return std::atomic_ref(pin.holder.word).compare_exchange_strong(from.word, to.word);
     }
     std::bitset<Sidecar::kAttachments> findDead() const;
     void forgetAttachments(const std::bitset<Sidecar::kAttachments>& dead);
-    static void clearRow(SidecarPin& pin);
-    SidecarPin* findPin(std::uint64_t generation, std::uint64_t snapshot);
     SidecarPin* findFreeRow();
-    bool isRowOf(const SidecarPin& pin, std::uint64_t generation, std::uint64_t snapshot) const;
+    bool joinRow(SidecarPin& pin, std::uint64_t generation, std::uint64_t snapshot);
 
     /// No process has it: nothing is attached yet.
     static constexpr std::uint64_t kNoFork = ~std::uint64_t{0};
@@ -138,7 +177,8 @@ private:
     std::unique_ptr<GuardedRange> range_;
     std::uint32_t slot_ = 0;
     std::atomic<std::uint64_t> fork_{kNoFork};
-    std::uint64_t lastRow_ = 0; ///< Where the last pin was found; under the lock.
+    std::uint64_t lastRow_ = 0;    ///< Where the last pin was put; under the lock.
+    std::uint32_t lastTicket_ = 0; ///< Under the lock.
     /// Among the threads of this process, which share the descriptor's locks.
     std::timed_mutex opening_;
 };

@@ -22,8 +22,8 @@ constexpr std::uint64_t grownFileSize(std::uint64_t size, std::uint64_t request,
 /// Entries for which a new snapshot has room. Keeping the capacity lets merges alternate between two blocks
 /// of one size.
 constexpr std::uint32_t snapshotCapacity(std::uint32_t present, std::uint32_t live) {
-    const std::uint32_t needed = live + HBXSnapshotHead::kMaximumTail;
-    return needed <= present ? present : live + std::max(HBXSnapshotHead::kMaximumTail, live / 4);
+    constexpr std::uint32_t kSpare = 64;
+    return live + kSpare <= present ? present : live + std::max(kSpare, live / 4);
 }
 
 } // namespace HBX::internal

@@ -11,7 +11,7 @@ namespace HBX::internal {
 /// in the cache file: the lock itself, who is attached, and who holds which snapshot.
 struct SidecarHead {
     static constexpr std::uint64_t kMagic = 0x6B636F4C45484341; // "ACHELock"
-    static constexpr std::uint32_t kVersion = 1;
+    static constexpr std::uint32_t kVersion = 2;
 
     std::uint64_t magic;
     std::uint32_t version;
@@ -35,14 +35,39 @@ struct SidecarAttachment {
     std::int64_t since; ///< Seconds since 1970, for people.
 };
 
+/// Who holds a snapshot: one word, as a list comes to rest and is taken up again without the lock.
+struct SidecarHolder {
+    static constexpr std::uint64_t kResting = std::uint64_t{1} << 63;
+
+    std::uint64_t word;
+
+    static constexpr SidecarHolder ofLists(std::uint32_t attachment, std::uint32_t lists) {
+        return {attachment | std::uint64_t{lists} << 32};
+    }
+    /// @param ticket  tells this rest from all others of the process in the same row.
+    static constexpr SidecarHolder ofResting(std::uint32_t attachment, std::uint32_t ticket) {
+        return {attachment | std::uint64_t{ticket} << 32 | kResting};
+    }
+
+    bool isFree() const { return word == 0; }
+    /// Index + 1.
+    std::uint32_t attachment() const { return static_cast<std::uint32_t>(word); }
+    /// Whether it is one closed list, whose process may take it up again as long as nobody ends its rest.
+    bool isResting() const { return (word & kResting) != 0; }
+    /// Open lists.
+    std::uint32_t lists() const { return isResting() ? 0 : static_cast<std::uint32_t>(word >> 32); }
+    /// Its share in the snapshot's count.
+    std::uint32_t references() const { return isResting() ? 1 : lists(); }
+};
+
 /// Lists of one process over one snapshot.
 struct SidecarPin {
-    std::uint32_t attachment; ///< Index + 1; 0 for a free row.
-    std::uint32_t number;     ///< Of lists.
+    SidecarHolder holder; ///< Changed by compare and exchange.
     std::uint64_t generation;
     std::uint64_t snapshot; ///< Offset.
     std::int64_t since;     ///< Seconds since 1970 at which the first of the lists was opened.
 };
+static_assert(sizeof(SidecarPin) == 32 && offsetof(SidecarPin, holder) % alignof(SidecarPin) == 0);
 
 struct Sidecar {
     static constexpr std::size_t kAttachments = 1024;

@@ -4,7 +4,10 @@
 #include <functional>
 #include <limits>
 
+#include <sys/random.h>
+
 #include <HBXMessage/HBXDefaultMap.h>
+#include <HBXMessage/internal/NameHash.h>
 
 namespace HBX::internal {
 namespace {
@@ -12,29 +15,65 @@ namespace {
 constexpr std::size_t kFirstNodes = 16;
 constexpr std::size_t kSmallBuffer = 4096; // not worth compacting below
 
+std::uint32_t saltedHash(std::string_view name) {
+    static const std::uint64_t salt = [] {
+        std::uint64_t random = 0;
+        return getrandom(&random, sizeof random, 0) == sizeof random ? random : 0x9E3779B97F4A7C15;
+    }();
+    return static_cast<std::uint32_t>(hashName(name, salt));
+}
+
 } // namespace
 
+std::size_t NameList::slotOf(std::string_view name, std::uint32_t hash) const {
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t slot = hash & mask;
+    while (slots_[slot].index != 0 && (slots_[slot].hash != hash || names_[slots_[slot].index - 1] != name)) {
+        slot = (slot + 1) & mask;
+    }
+    return slot;
+}
+
+void NameList::growSlots() {
+    std::vector<Slot> slots(std::max<std::size_t>(slots_.size() * 2, 16));
+    const std::size_t mask = slots.size() - 1;
+    for (const Slot& used : slots_) {
+        if (used.index == 0) {
+            continue;
+        }
+        std::size_t slot = used.hash & mask;
+        while (slots[slot].index != 0) {
+            slot = (slot + 1) & mask;
+        }
+        slots[slot] = used;
+    }
+    slots_ = std::move(slots);
+}
+
 Ref NameList::intern(std::string_view name) {
-    if (const Ref known = find(name); known != 0) {
-        return known;
+    if (names_.size() * 2 >= slots_.size()) {
+        growSlots();
     }
-    if (names_.size() >= kDynamicRef - 1) {
-        return 0;
+    const std::uint32_t hash = saltedHash(name);
+    Slot& slot = slots_[slotOf(name, hash)];
+    if (slot.index == 0) {
+        if (names_.size() >= kDynamicRef - 1) {
+            return 0;
+        }
+        names_.emplace_back(name);
+        slot = {static_cast<std::uint32_t>(names_.size()), hash};
     }
-    const Ref ref = kDynamicRef + static_cast<Ref>(names_.size());
-    names_.emplace_back(name);
-    refs_.emplace(names_.back(), ref);
-    return ref;
+    return kDynamicRef + slot.index - 1;
 }
 
 Ref NameList::find(std::string_view name) const {
-    const auto found = refs_.find(name);
-    return found == refs_.end() ? 0 : found->second;
+    const std::uint32_t index = slots_.empty() ? 0 : slots_[slotOf(name, saltedHash(name))].index;
+    return index == 0 ? 0 : kDynamicRef + index - 1;
 }
 
 void NameList::clear() {
     names_.clear();
-    refs_.clear();
+    slots_.clear();
 }
 
 Tree::Tree() : nodes_(kFirstNodes) { clear(); }

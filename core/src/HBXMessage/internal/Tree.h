@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,8 +39,16 @@ public:
     void clear();
 
 private:
+    struct Slot {
+        std::uint32_t index = 0; ///< of the name + 1; 0 for a free slot
+        std::uint32_t hash = 0;
+    };
+    /// The slot of a name, or the free one that it would get; there is one.
+    [[nodiscard]] std::size_t slotOf(std::string_view name, std::uint32_t hash) const;
+    void growSlots();
+
     std::vector<std::string> names_;
-    std::map<std::string, Ref, std::less<>> refs_; ///< ordered: strangers could choose names of one hash
+    std::vector<Slot> slots_; ///< by hash; a power of two, at most half of them in use
 };
 
 /// The elements of one message: nodes in one array, values in one byte buffer, no allocation per element.

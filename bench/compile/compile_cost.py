@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What records cost to compile: generates records of ten members and compiles them as users would.
 
-usage: compile_cost.py [RECORDS]    (default 180)
+usage: compile_cost.py RESULTS.json [RECORDS]    (default 180)
 
   one user     a file that includes every public header of the message and the record rooms, defines one record,
                writes and reads it
@@ -9,16 +9,17 @@ usage: compile_cost.py [RECORDS]    (default 180)
   also used    the same when each record is also made, encoded and decoded once in its module; shown only, most of
                that is the record's own constructors
 
-Times are CPU seconds of the compiler (CXX, default g++) at -O2, the least of three runs.
+Times are CPU time of the compiler (CXX, default g++) at -O2, the least of three runs.
 """
 
+import json
 import os
 import pathlib
 import subprocess
 import sys
 import tempfile
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 INCLUDES = ROOT / "core" / "src"
 COMPILER = os.environ.get("CXX", "g++")
 PER_MODULE = 20
@@ -100,7 +101,7 @@ def write_user(folder):
     source += record("UserItem", "User", ITEM) + record("User", "User", members)
     source += table("UserItem", "User", ITEM, 0) + table("User", "User", members, 1) + USE.format("User")
     (folder / "User.cpp").write_text(source)
-    return folder / "User.cpp", len(headers)
+    return folder / "User.cpp"
 
 
 def compile_seconds(sources):
@@ -117,29 +118,24 @@ def compile_seconds(sources):
     return best
 
 
-def show(what, amount, unit, goal, stretch):
-    result = ""
-    if goal is not None:
-        result = f"goal {goal:g} {unit}  "
-        result += "MISSED" if amount > goal else "stretch" if stretch and amount <= stretch else "met"
-    print(f"{what:44} {amount:8.2f} {unit:4} {result}", flush=True)
+def result(name, seconds):
+    return {"run_name": name, "run_type": "iteration", "cpu_time": seconds, "time_unit": "s"}
 
 
-def main(count):
+def main(target, count):
     modules = -(-count // PER_MODULE)
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        user, headers = write_user(folder)
-        show(f"one user of {headers} headers and one record", compile_seconds([user]), "s", 2.0, None)
+        results = [result("user", compile_seconds([write_user(folder)]))]
         base = compile_seconds([write_module(folder, i, 0, False) for i in range(modules)])
-        for what, used, goals in (("a record", False, (20.0, 5.0)), ("a record, also used", True, (None, None))):
+        for what, used in (("record", False), ("record_used", True)):
             sources = []
             for i in range(modules):
                 here = min(PER_MODULE, count - i * PER_MODULE)
                 sources.append(write_module(folder, i, here, used))
-            show(what, (compile_seconds(sources) - base) * 1000 / count, "ms", *goals)
-        print(f"({count} records in {modules} modules; empty modules take {base / modules:.2f} s each)")
+            results.append(result(what, (compile_seconds(sources) - base) / count))
+    pathlib.Path(target).write_text(json.dumps({"benchmarks": results}), encoding="utf-8")
 
 
 if __name__ == "__main__":
-    main(int(sys.argv[1]) if len(sys.argv) > 1 else 180)
+    main(sys.argv[1], int(sys.argv[2]) if len(sys.argv) > 2 else 180)
