@@ -45,6 +45,7 @@ std::span<const Command> configCommands();
 std::span<const Command> envCommands();
 std::span<const Command> messageCommands();
 std::span<const Command> optionsCommands();
+std::span<const Command> recordCommands();
 std::span<const Command> scheduleCommands();
 std::span<const Command> vocCommands();
 std::span<const Command> sidCommands();

@@ -23,7 +23,7 @@ std::vector<Command> allCommands() {
     std::vector<Command> commands;
     for (const auto& area :
          {backupUriCommands(), callCommands(), configCommands(), envCommands(), messageCommands(),
-          optionsCommands(), scheduleCommands(), sidCommands(), vocCommands()}) {
+          optionsCommands(), recordCommands(), scheduleCommands(), sidCommands(), vocCommands()}) {
         commands.insert(commands.end(), area.begin(), area.end());
     }
     return commands;
