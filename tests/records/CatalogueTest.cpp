@@ -106,6 +106,39 @@ TEST(Catalogue, RandomValuesTravelEveryWayAndCompareEqual) {
     }
 }
 
+/// Copies of an element and of all below it, out of a tree and of bytes.
+void expectSameCopies(const HBXMessageIterator& tree, const HBXMessageIterator& inPlace) {
+    EXPECT_EQ(bytesOf(adoptMessage(inPlace.copyMessage())), bytesOf(adoptMessage(tree.copyMessage())));
+    const Writing copy = [&](HBXMessageIterator& to) {
+        return to.saveNamespace(283) + to.newChild(1008) + to.copyToChild(&tree);
+    };
+    const Cursor over = newCursor();
+    std::string straight;
+    EXPECT_EQ(copy(*over), 0);
+    EXPECT_EQ(encode(copy, straight), 0);
+    EXPECT_EQ(straight, bytesOf(*over));
+    for (int more = tree.firstChild() + inPlace.firstChild(); more == 0;) {
+        expectSameCopies(tree, inPlace);
+        more = tree.nextSibling() + inPlace.nextSibling();
+        if (more != 0) {
+            tree.seekUp();
+            inPlace.seekUp();
+        }
+    }
+}
+
+TEST(Catalogue, ElementsCopyAlikeOutOfTreesAndBytes) {
+    Random random(9);
+    for (const HBXRecordEntry& entry : recordCatalogue()) {
+        SCOPED_TRACE(entry.table->name);
+        const Message message = messageOf(randomRecord(entry, random));
+        readInPlace(bytesOf(message), [&](const HBXMessageIterator& inPlace) {
+            expectSameCopies(*rootOf(message), inPlace);
+            return 0;
+        });
+    }
+}
+
 TEST(Catalogue, DefaultValuesTravelUnlessTheRecordRefusesItsOwn) {
     const std::set<std::string_view> refused = {"HBXDate", "HBXConfiguration", "HBXVocPrototype",
                                                 "HBXDirRealm", "HBXSID"};
