@@ -89,7 +89,7 @@ Json headJson(const HBXRecordEntry& type) {
     return head;
 }
 
-std::string orDash(std::string text) { return text.empty() ? "-" : text; }
+std::string orDash(const std::string& text) { return text.empty() ? "-" : text; }
 
 } // namespace
 
