@@ -125,6 +125,8 @@ TEST_F(HelpTest, EveryDocumentBeginsWithItsSchema) {
         {"message show", {trigger}},
         {"message check", {trigger}},
         {"message diff", {trigger, trigger}},
+        {"record list", {}},
+        {"record describe", {"HBXToken"}},
         {"schedule next", {trigger, "--from", "2000-01-01"}},
         {"schedule explain", {trigger, "--from", "2000-01-01"}},
         {"sid parse", {"S-1-5-7"}},

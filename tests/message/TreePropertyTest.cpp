@@ -97,6 +97,11 @@ TEST(TreeProperty, EditedTreesSurviveBothFormsAndDeepCopies) {
         copied->copyToChild(it.get());
         deserializeToChild(*parsed, bytes);
         EXPECT_EQ(bytesOf(*copied), bytesOf(*parsed));
+        std::string straight;
+        EXPECT_EQ(
+            encode([&](It& out) { return out.newChild(kNames[1]) + out.copyToChild(it.get()); }, straight),
+            0);
+        EXPECT_EQ(straight, bytesOf(*copied));
     }
 }
 

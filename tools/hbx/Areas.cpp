@@ -14,6 +14,7 @@ constexpr Area kAreas[] = {
     {"env", "List, change, check and watch the cache of environments.", envCommands},
     {"message", "Show, convert, check and compare messages.", messageCommands},
     {"options", "Keep calls of this program in files.", optionsCommands},
+    {"record", "Describe record types, make and check records.", recordCommands},
     {"schedule", "Say when a trigger runs, and why then.", scheduleCommands},
     {"sid", "Take security identifiers apart and make them.", sidCommands},
     {"voc", "Ask what an installation offers.", vocCommands},

@@ -49,6 +49,7 @@ std::span<const Command> envCommands();
 std::span<const Command> helpCommands();
 std::span<const Command> messageCommands();
 std::span<const Command> optionsCommands();
+std::span<const Command> recordCommands();
 std::span<const Command> scheduleCommands();
 std::span<const Command> sidCommands();
 std::span<const Command> versionCommands();

@@ -1,6 +1,7 @@
 #include <HBXFunctionalityCore/HBXCatalogue.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include <HBXFunctionalityCore/HBXFunctionalityCore.h>
@@ -144,216 +145,69 @@ Entry<HBXPackageListModificationData, HBXPackageListModificationData> packageCha
 Entry<HBXResource, HBXResource> resource(kIsDefault);
 Entry<HBXResourcePool, HBXResourcePool> resourcePool(kIsDefault);
 
-constexpr HBXRecordEntry kRecords[] = {
-    // HBXAlertMBase
-    recordEntry<HBXEventData>(),
-    recordEntry<HBXAlertData>(),
-    recordEntry<HBXResourceAlertData>(),
-    recordEntry<HBXServerGroupAlertData>(),
-    recordEntry<HBXAnyEventData>(),
-    recordEntry<HBXAnyData>(),
-    recordEntry<HBXEvent>(),
-    recordEntry<HBXInfo>(),
-    recordEntry<HBXRequestProgressData>(),
-    recordEntry<HBXMailTemplate>(),
-    recordEntry<HBXMailerAccount>(),
-    recordEntry<HBXMailerConfig>(),
-    recordEntry<HBXLogClass>(),
-    recordEntry<HBXLogInfo>(),
-    recordEntry<HBXLogOptions>(),
-    recordEntry<HBXLogParameters>(),
-    // HBXAuthMBase
-    recordEntry<HBXAuthName>(),
-    recordEntry<HBXConnectionInfo>(),
-    recordEntry<HBXUserCredentials>(),
-    recordEntry<HBXProgCredentials>(),
-    // HBXSSOBase
-    recordEntry<HBXSSOServiceProviderConfig>(),
-    recordEntry<HBXSSOServerConfig>(),
-    // HBXManagementNodeBase
-    recordEntry<HBXRegisteredClient>(),
-    recordEntry<HBXHNLookupInfoType>(),
-    recordEntry<HBXCheck>(),
-    recordEntry<HBXCalculateHWNodeNotes>(),
-    // HBXBackupMBase
-    recordEntry<HBXExcludeList>(),
-    recordEntry<HBXBackupData>(),
-    recordEntry<HBXEnvBackupData>(),
-    recordEntry<HBXBackup>(),
-    recordEntry<HBXBackupOptions>(),
-    recordEntry<HBXBackupGetInfoOptions>(),
-    recordEntry<HBXBackupGetEnvInfoOptions>(),
-    recordEntry<HBXBackupMConfig>(),
-    recordEntry<HBXBackupOperationStuff>(),
-    recordEntry<HBXDestroyedBackupsData>(),
-    recordEntry<HBXNewBackupData>(),
-    recordEntry<HBXListBackupOptions>(),
-    recordEntry<HBXSearchBackupOptions>(),
-    recordEntry<HBXRemoveBackupOptions>(),
-    recordEntry<HBXRestoreOptions>(),
-    recordEntry<HBXSelectiveRestoreOptions>(),
-    // HBXComputerMBase
-    recordEntry<HBXGUID>(),
-    recordEntry<HBXTimeInterval>(),
-    recordEntry<HBXTimeZone>(),
-    recordEntry<HBXDate>(),
-    recordEntry<HBXOS>(),
-    recordEntry<HBXConfiguration>(),
-    recordEntry<HBXVocID>(),
-    recordEntry<HBXVocPrototype>(),
-    recordEntry<HBXSystemInfo>(),
-    recordEntry<HBXFileInfo>(),
-    recordEntry<HBXFileType>(),
-    recordEntry<HBXFileListType>(),
-    recordEntry<HBXFileFilter>(),
-    recordEntry<HBXFilerOptions>(),
-    // HBXPerfData
-    recordEntry<HBXCPULoad>(),
-    recordEntry<HBXLoadAvg1>(),
-    recordEntry<HBXLoadAvg>(),
-    recordEntry<HBXUsageStats>(),
-    recordEntry<HBXNetTransfer>(),
-    recordEntry<HBXNetTransferStat>(),
-    recordEntry<HBXStats>(),
-    recordEntry<HBXTopInfo>(),
-    recordEntry<HBXTopData>(),
-    // HBXPerfMonBase
-    recordEntry<HBXPerfStat>(),
-    recordEntry<HBXMonitorData>(),
-    recordEntry<HBXPerfMonActualValue>(),
-    recordEntry<HBXPerfMonHistoricalValue>(),
-    // HBXDataStorageMBase
-    recordEntry<HBXDSLocation>(),
-    recordEntry<HBXDSConfiguration>(),
-    recordEntry<HBXDSObjectInfo>(),
-    recordEntry<HBXFileShare>(),
-    recordEntry<HBXDiskImage>(),
-    recordEntry<HBXImageInfo>(),
-    // HBXDevMBase
-    recordEntry<HBXCommonDevice>(),
-    recordEntry<HBXScsiDevice>(),
-    recordEntry<HBXWindowsDevice>(),
-    recordEntry<HBXDeviceInfo>(),
-    recordEntry<HBXDevMountInfo>(),
-    recordEntry<HBXDiskPartition>(),
-    recordEntry<HBXDisk>(),
-    recordEntry<HBXForwardPoint>(),
-    recordEntry<HBXForwardDevice>(),
-    // HBXDirMBase
-    recordEntry<HBXDirControl>(),
-    recordEntry<HBXDirSortControl>(),
-    recordEntry<HBXDirVlvControl>(),
-    recordEntry<HBXDirControlList>(),
-    recordEntry<HBXDirEntry>(),
-    recordEntry<HBXNamedOpStrListProperty>(),
-    recordEntry<HBXRealm>(),
-    recordEntry<HBXDirRealm>(),
-    // HBXEnvMBase
-    recordEntry<HBXEID>(),
-    recordEntry<HBXEIDList>(),
-    recordEntry<HBXEnv>(),
-    recordEntry<HBXEnvConfig>(),
-    recordEntry<HBXVEnvConfig>(),
-    recordEntry<HBXEnvStatus>(),
-    recordEntry<HBXQoS>(),
-    recordEntry<HBXVtSettings>(),
-    recordEntry<HBXVtVersion>(),
-    recordEntry<HBXEnvMListOptions>(),
-    recordEntry<HBXNativeConfig>(),
-    recordEntry<HBXVtInfo>(),
-    recordEntry<HBXMigratorCloneOptions>(),
-    recordEntry<HBXP2VMigrateOptions>(),
-    recordEntry<HBXV2PMigrateOptions>(),
-    recordEntry<HBXV2VMigrateOptions>(),
-    // HBXFirewallMBase
-    recordEntry<HBXFirewallRule>(),
-    recordEntry<HBXFirewallRule::NetAddress>(),
-    recordEntry<HBXFirewallRule::PortRange>(),
-    // HBXIPPoolMBase
-    recordEntry<HBXIPAddress>(),
-    recordEntry<HBXIPRange>(),
-    recordEntry<HBXIPPoolBaseData>(),
-    recordEntry<HBXIPPool>(),
-    recordEntry<HBXIPPoolAllocationItem>(),
-    recordEntry<HBXIPPoolAllocation>(),
-    recordEntry<HBXIPPoolUsage>(),
-    recordEntry<HBXAllocateIPParams>(),
-    // HBXInfrastructureMBase
-    recordEntry<HBXInfrastructureFolderAttributes>(),
-    recordEntry<HBXInfrastructureNode>(),
-    // HBXNetworkMBase
-    recordEntry<HBXInterfaceRate>(),
-    recordEntry<HBXInterfaceSettings>(),
-    recordEntry<HBXNetInterface>(),
-    recordEntry<HBXNetDevice>(),
-    recordEntry<HBXNetNIC>(),
-    recordEntry<HBXNetBridge>(),
-    recordEntry<HBXNetVLAN>(),
-    recordEntry<HBXNetwork>(),
-    // HBXPkgMBase
-    recordEntry<HBXPackage>(),
-    recordEntry<HBXPackageLinux>(),
-    recordEntry<HBXPackageRpm>(),
-    recordEntry<HBXPackageDeb>(),
-    recordEntry<HBXInstallationPackage>(),
-    recordEntry<HBXPackageListModificationData>(),
-    recordEntry<HBXPackageManagerOptions>(),
-    recordEntry<HBXPackageManagerListOptions>(),
-    // HBXPolicyMBase
-    recordEntry<HBXPolicy>(),
-    recordEntry<HBXObjectToPolicyAssignment>(),
-    recordEntry<HBXEffectivePolicyAssignment>(),
-    // HBXProcessMBase
-    recordEntry<HBXProcessInfo>(),
-    recordEntry<HBXProcessList>(),
-    recordEntry<HBXProcessMExecParams>(),
-    recordEntry<HBXProcessMExecOutput>(),
-    // HBXResourceMBase
-    recordEntry<HBXResource>(),
-    recordEntry<HBXResourcePool>(),
-    recordEntry<HBXPoolResourcePair>(),
-    // HBXSampleMBase
-    recordEntry<HBXEnvSample>(),
-    recordEntry<HBXSampleConf>(),
-    // HBXSecurityMBase
-    recordEntry<HBXSID>(),
-    recordEntry<HBXToken>(),
-    recordEntry<HBXAce>(),
-    recordEntry<HBXSecurityAttributes>(),
-    recordEntry<HBXSecurityPrincipal>(),
-    recordEntry<HBXRole>(),
-    recordEntry<HBXRoleAssignment>(),
-    // HBXServiceMBase
-    recordEntry<HBXSchedulerTrigger>(),
-    recordEntry<HBXSchedulerOnceTrigger>(),
-    recordEntry<HBXSchedulerDailyTrigger>(),
-    recordEntry<HBXSchedulerWeeklyTrigger>(),
-    recordEntry<HBXSchedulerMonthlyTrigger>(),
-    recordEntry<HBXSchedulerMonthlyDayOfWeekTrigger>(),
-    recordEntry<HBXService>(),
-    recordEntry<HBXTask>(),
-    recordEntry<HBXScheduleTask>(),
-    // HBXSessionMBase
-    recordEntry<HBXSession>(),
-    recordEntry<HBXPagerSortCondition>(),
-    recordEntry<HBXRowSet>(),
-    recordEntry<HBXBrowseColumn>(),
-    recordEntry<HBXBrowseInfo>(),
-    recordEntry<HBXBrowseSettings>(),
-    recordEntry<HBXDashboardSection>(),
-    recordEntry<HBXScreenInfo>(),
-    recordEntry<HBXScreenSettings>(),
-    recordEntry<HBXDesktopAction>(),
-    recordEntry<HBXDesktopSettings>(),
-    recordEntry<HBXPersonalSettings>(),
-    recordEntry<HBXProfile>(),
-    // HBXSnapshotMBase
-    recordEntry<HBXSnapshot>(),
-    // HBXUserMBase
-    recordEntry<HBXUser>(),
-    recordEntry<HBXGroup>(),
-    recordEntry<HBXUGIDLimits>(),
-};
+template <HBXRecord... Records>
+constexpr std::array<HBXRecordEntry, sizeof...(Records)> module(std::string_view name) {
+    return {recordEntry<Records>(name)...};
+}
+
+template <std::size_t... Sizes>
+constexpr std::array<HBXRecordEntry, (Sizes + ...)>
+joined(const std::array<HBXRecordEntry, Sizes>&... modules) {
+    std::array<HBXRecordEntry, (Sizes + ...)> all{};
+    auto* next = all.begin();
+    ((next = std::copy(modules.begin(), modules.end(), next)), ...);
+    return all;
+}
+
+constexpr auto kRecords = joined(
+    module<HBXEventData, HBXAlertData, HBXResourceAlertData, HBXServerGroupAlertData, HBXAnyEventData,
+           HBXAnyData, HBXEvent, HBXInfo, HBXRequestProgressData, HBXMailTemplate, HBXMailerAccount,
+           HBXMailerConfig, HBXLogClass, HBXLogInfo, HBXLogOptions, HBXLogParameters>("HBXAlertMBase"),
+    module<HBXAuthName, HBXConnectionInfo, HBXUserCredentials, HBXProgCredentials>("HBXAuthMBase"),
+    module<HBXSSOServiceProviderConfig, HBXSSOServerConfig>("HBXSSOBase"),
+    module<HBXRegisteredClient, HBXHNLookupInfoType, HBXCheck, HBXCalculateHWNodeNotes>(
+        "HBXManagementNodeBase"),
+    module<HBXExcludeList, HBXBackupData, HBXEnvBackupData, HBXBackup, HBXBackupOptions,
+           HBXBackupGetInfoOptions, HBXBackupGetEnvInfoOptions, HBXBackupMConfig, HBXBackupOperationStuff,
+           HBXDestroyedBackupsData, HBXNewBackupData, HBXListBackupOptions, HBXSearchBackupOptions,
+           HBXRemoveBackupOptions, HBXRestoreOptions, HBXSelectiveRestoreOptions>("HBXBackupMBase"),
+    module<HBXGUID, HBXTimeInterval, HBXTimeZone, HBXDate, HBXOS, HBXConfiguration, HBXVocID, HBXVocPrototype,
+           HBXSystemInfo, HBXFileInfo, HBXFileType, HBXFileListType, HBXFileFilter, HBXFilerOptions>(
+        "HBXComputerMBase"),
+    module<HBXCPULoad, HBXLoadAvg1, HBXLoadAvg, HBXUsageStats, HBXNetTransfer, HBXNetTransferStat, HBXStats,
+           HBXTopInfo, HBXTopData>("HBXPerfData"),
+    module<HBXPerfStat, HBXMonitorData, HBXPerfMonActualValue, HBXPerfMonHistoricalValue>("HBXPerfMonBase"),
+    module<HBXDSLocation, HBXDSConfiguration, HBXDSObjectInfo, HBXFileShare, HBXDiskImage, HBXImageInfo>(
+        "HBXDataStorageMBase"),
+    module<HBXCommonDevice, HBXScsiDevice, HBXWindowsDevice, HBXDeviceInfo, HBXDevMountInfo, HBXDiskPartition,
+           HBXDisk, HBXForwardPoint, HBXForwardDevice>("HBXDevMBase"),
+    module<HBXDirControl, HBXDirSortControl, HBXDirVlvControl, HBXDirControlList, HBXDirEntry,
+           HBXNamedOpStrListProperty, HBXRealm, HBXDirRealm>("HBXDirMBase"),
+    module<HBXEID, HBXEIDList, HBXEnv, HBXEnvConfig, HBXVEnvConfig, HBXEnvStatus, HBXQoS, HBXVtSettings,
+           HBXVtVersion, HBXEnvMListOptions, HBXNativeConfig, HBXVtInfo, HBXMigratorCloneOptions,
+           HBXP2VMigrateOptions, HBXV2PMigrateOptions, HBXV2VMigrateOptions>("HBXEnvMBase"),
+    module<HBXFirewallRule, HBXFirewallRule::NetAddress, HBXFirewallRule::PortRange>("HBXFirewallMBase"),
+    module<HBXIPAddress, HBXIPRange, HBXIPPoolBaseData, HBXIPPool, HBXIPPoolAllocationItem,
+           HBXIPPoolAllocation, HBXIPPoolUsage, HBXAllocateIPParams>("HBXIPPoolMBase"),
+    module<HBXInfrastructureFolderAttributes, HBXInfrastructureNode>("HBXInfrastructureMBase"),
+    module<HBXInterfaceRate, HBXInterfaceSettings, HBXNetInterface, HBXNetDevice, HBXNetNIC, HBXNetBridge,
+           HBXNetVLAN, HBXNetwork>("HBXNetworkMBase"),
+    module<HBXPackage, HBXPackageLinux, HBXPackageRpm, HBXPackageDeb, HBXInstallationPackage,
+           HBXPackageListModificationData, HBXPackageManagerOptions, HBXPackageManagerListOptions>(
+        "HBXPkgMBase"),
+    module<HBXPolicy, HBXObjectToPolicyAssignment, HBXEffectivePolicyAssignment>("HBXPolicyMBase"),
+    module<HBXProcessInfo, HBXProcessList, HBXProcessMExecParams, HBXProcessMExecOutput>("HBXProcessMBase"),
+    module<HBXResource, HBXResourcePool, HBXPoolResourcePair>("HBXResourceMBase"),
+    module<HBXEnvSample, HBXSampleConf>("HBXSampleMBase"),
+    module<HBXSID, HBXToken, HBXAce, HBXSecurityAttributes, HBXSecurityPrincipal, HBXRole, HBXRoleAssignment>(
+        "HBXSecurityMBase"),
+    module<HBXSchedulerTrigger, HBXSchedulerOnceTrigger, HBXSchedulerDailyTrigger, HBXSchedulerWeeklyTrigger,
+           HBXSchedulerMonthlyTrigger, HBXSchedulerMonthlyDayOfWeekTrigger, HBXService, HBXTask,
+           HBXScheduleTask>("HBXServiceMBase"),
+    module<HBXSession, HBXPagerSortCondition, HBXRowSet, HBXBrowseColumn, HBXBrowseInfo, HBXBrowseSettings,
+           HBXDashboardSection, HBXScreenInfo, HBXScreenSettings, HBXDesktopAction, HBXDesktopSettings,
+           HBXPersonalSettings, HBXProfile>("HBXSessionMBase"),
+    module<HBXSnapshot>("HBXSnapshotMBase"), module<HBXUser, HBXGroup, HBXUGIDLimits>("HBXUserMBase"));
 
 } // namespace
 

@@ -13,14 +13,15 @@ namespace HBX {
 /// table: what need not be made by name then costs no compile time.)
 struct HBXRecordEntry {
     const HBXRecordTable* table;
-    void* (*create)(); ///< with default values
+    std::string_view module; ///< class of the agent's module that it belongs to
+    void* (*create)();       ///< with default values
     void (*destroy)(void* record);
 };
 
 /// The entry of a type.
 template <HBXRecord T>
-constexpr HBXRecordEntry recordEntry() {
-    return {&T::table, []() -> void* { return new T(); },
+constexpr HBXRecordEntry recordEntry(std::string_view module) {
+    return {&T::table, module, []() -> void* { return new T(); },
             [](void* record) { delete static_cast<T*>(record); }};
 }
 

@@ -18,4 +18,27 @@ void abortFamily(int line) {
     abort("HBXFunctionalityCore", "core/src/HBXMessage/HBXDerivedParsers", line, kFunction, kFunction);
 }
 
+HBXFamilyEntry::~HBXFamilyEntry() = default;
+
+void HBXFamilyRegistry::add(HBXFamilyEntry& entry, const std::string& typeName, const char* className,
+                            bool isDefault) {
+    if (!byType_.emplace(typeName, &entry).second) {
+        abortFamily(269);
+    }
+    if (!byClass_.emplace(className, &entry).second) {
+        abortFamily(271);
+    }
+    if (isDefault) {
+        if (fallback_ != nullptr) {
+            abortFamily(274);
+        }
+        fallback_ = &entry;
+    }
+}
+
+HBXFamilyEntry* HBXFamilyRegistry::find(const Entries& entries, std::string_view name) {
+    const auto found = entries.find(name);
+    return found == entries.end() ? nullptr : found->second;
+}
+
 } // namespace HBX

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <iterator>
+#include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <typeinfo>
 #include <utility>
 
@@ -23,33 +24,108 @@ HBX_EXPORT std::string qualifiedTypeName(const char* nsName, const char* typeNam
 /// Ends the program: a family was registered wrongly. `line` is the place that the behaviour fixes.
 [[noreturn]] HBX_EXPORT void abortFamily(int line);
 
+/// What all families know of an entry.
+class HBX_EXPORT HBXFamilyEntry {
+public:
+    virtual ~HBXFamilyEntry();
+    [[nodiscard]] const HBXRecordTable& table() const { return table_; }
+
+protected:
+    explicit HBXFamilyEntry(const HBXRecordTable& table) : table_(table) {}
+
+private:
+    const HBXRecordTable& table_;
+};
+
+/// The registry of any family, which does not know the classes. (Templates over it only cast: one map for all
+/// costs a family next to nothing to compile.)
+class HBX_EXPORT HBXFamilyRegistry {
+public:
+    using Entries = std::map<std::string, HBXFamilyEntry*, std::less<>>;
+
+    /// Ends the program when a name or the default is taken.
+    void add(HBXFamilyEntry& entry, const std::string& typeName, const char* className, bool isDefault);
+
+    /// Null when there is none.
+    [[nodiscard]] HBXFamilyEntry* ofType(std::string_view typeName) const { return find(byType_, typeName); }
+    [[nodiscard]] HBXFamilyEntry* ofClass(std::string_view className) const {
+        return find(byClass_, className);
+    }
+    [[nodiscard]] HBXFamilyEntry* fallback() const { return fallback_; }
+
+    [[nodiscard]] const Entries& byType() const { return byType_; }   ///< qualified type name
+    [[nodiscard]] const Entries& byClass() const { return byClass_; } ///< run-time class name
+
+private:
+    static HBXFamilyEntry* find(const Entries& entries, std::string_view name);
+
+    Entries byType_;
+    Entries byClass_;
+    HBXFamilyEntry* fallback_ = nullptr;
+};
+
 template <class Base, class Root>
 class HBXDerivedParserFactory;
 
+/// The entries of a registry as what they are in one family, by name.
+template <class Entry>
+class HBXFamilyView {
+    using Entries = HBXFamilyRegistry::Entries;
+
+public:
+    using value_type = std::pair<const std::string&, Entry*>;
+
+    class const_iterator {
+    public:
+        explicit const_iterator(Entries::const_iterator at) : at_(at) {}
+        value_type operator*() const { return {at_->first, static_cast<Entry*>(at_->second)}; }
+        const_iterator& operator++() {
+            ++at_;
+            return *this;
+        }
+        friend bool operator==(const const_iterator&, const const_iterator&) = default;
+
+        struct Arrow {
+            value_type value;
+            const value_type* operator->() const { return &value; }
+        };
+        Arrow operator->() const { return {**this}; }
+
+    private:
+        Entries::const_iterator at_;
+    };
+
+    explicit HBXFamilyView(const Entries& entries) : entries_(entries) {}
+    [[nodiscard]] const_iterator begin() const { return const_iterator(entries_.begin()); }
+    [[nodiscard]] const_iterator end() const { return const_iterator(entries_.end()); }
+    [[nodiscard]] const_iterator find(std::string_view name) const {
+        return const_iterator(entries_.find(name));
+    }
+    [[nodiscard]] std::size_t count(std::string_view name) const { return entries_.count(name); }
+    [[nodiscard]] std::size_t size() const { return entries_.size(); }
+
+private:
+    const Entries& entries_;
+};
+
 /// The registry of one family.
 template <class Base>
-struct HBXFactoryData {
+class HBXFactoryData : public HBXFamilyRegistry {
+public:
     using Entry = HBXDerivedParserFactory<Base, Base>;
 
     /// The entries by type name, by class, and the one for elements of unknown type (null: none).
-    [[nodiscard]] const std::map<std::string, Entry*>& factories() const { return byName; }
-    [[nodiscard]] const std::map<std::string, Entry*>& factoriesByType() const { return byClass; }
-    [[nodiscard]] Entry* defaultFactory() const { return fallback; }
-    /// The entry of this number, in the order of their type names.
-    [[nodiscard]] auto entry(std::size_t which) const {
-        return std::next(byName.begin(), static_cast<std::ptrdiff_t>(which));
-    }
-
-    std::map<std::string, Entry*> byName;  ///< qualified type name
-    std::map<std::string, Entry*> byClass; ///< run-time class name
-    Entry* fallback = nullptr;
+    [[nodiscard]] HBXFamilyView<Entry> factories() const { return HBXFamilyView<Entry>(byType()); }
+    [[nodiscard]] HBXFamilyView<Entry> factoriesByType() const { return HBXFamilyView<Entry>(byClass()); }
+    [[nodiscard]] Entry* defaultFactory() const { return static_cast<Entry*>(fallback()); }
 };
 
 /// One entry of a family: what can be done with one derived record.
 template <class Base, class Root = Base>
-class HBXDerivedParserFactory {
+class HBXDerivedParserFactory : public HBXFamilyEntry {
 public:
-    virtual ~HBXDerivedParserFactory() = default;
+    using HBXFamilyEntry::HBXFamilyEntry;
+
     /// The cursor stands on the object's element; the pointer is replaced only on 0.
     virtual int read(const HBXMessageIterator& it, boost::shared_ptr<Base>& object) = 0;
     /// Writes the object with its marks into the current element; -1 when it is of another class.
@@ -57,8 +133,6 @@ public:
 
     /// A new object with default values.
     virtual boost::shared_ptr<Base> create() const = 0;
-    /// Of the derived record.
-    virtual const HBXRecordTable& table() const = 0;
     /// "namespace:type", by which elements name the record.
     virtual std::string qualifiedName() const = 0;
 
@@ -70,7 +144,7 @@ public:
 // Not inline, so that a family that is instantiated in one library has one registry in the whole process.
 template <class Base, class Root>
 boost::shared_ptr<HBXFactoryData<Base>> HBXDerivedParserFactory<Base, Root>::factoryInternalData() {
-    static const auto data = boost::make_shared<HBXFactoryData<Base>>();
+    static const boost::shared_ptr<HBXFactoryData<Base>> data(new HBXFactoryData<Base>);
     return data;
 }
 
@@ -80,7 +154,9 @@ template <class Derived, class Base, class Root = Base, class Reader = typename 
 class HBXDerivedParserFactoryT : public HBXDerivedParserFactory<Base, Root> {
 public:
     /// @param isDefault  elements of a missing or unknown type are read as this one.
-    explicit HBXDerivedParserFactoryT(bool isDefault) { addFactory(isDefault, typeid(Derived).name()); }
+    explicit HBXDerivedParserFactoryT(bool isDefault) : HBXDerivedParserFactory<Base, Root>(Derived::table) {
+        addFactory(isDefault, typeid(Derived).name());
+    }
 
     int read(const HBXMessageIterator& it, boost::shared_ptr<Base>& object) override {
         auto made = boost::make_shared<Derived>();
@@ -99,7 +175,6 @@ public:
     }
 
     boost::shared_ptr<Base> create() const override { return boost::make_shared<Derived>(); }
-    const HBXRecordTable& table() const override { return Derived::table; }
 
     std::string qualifiedName() const override {
         const char* typeName = Writer::getTypeName();
@@ -116,19 +191,8 @@ public:
         if (Writer::getTypeName() == nullptr) {
             abortFamily(238);
         }
-        const auto family = HBXDerivedParserFactory<Base, Root>::factoryInternalData();
-        if (!family->byName.emplace(HBXDerivedParserFactoryT::qualifiedName(), this).second) {
-            abortFamily(269);
-        }
-        if (!family->byClass.emplace(className, this).second) {
-            abortFamily(271);
-        }
-        if (isDefault) {
-            if (family->fallback != nullptr) {
-                abortFamily(274);
-            }
-            family->fallback = this;
-        }
+        HBXDerivedParserFactory<Base, Root>::factoryInternalData()->add(
+            *this, HBXDerivedParserFactoryT::qualifiedName(), className, isDefault);
     }
 };
 
@@ -142,11 +206,12 @@ public:
 
     int operator()(const HBXMessageIterator& it, boost::shared_ptr<Base>& object) const {
         const auto family = HBXDerivedParserFactory<Base, Base>::factoryInternalData();
-        const auto found = family->byName.find(it.curType());
-        if (found != family->byName.end()) {
-            return found->second->read(it, object);
+        HBXFamilyEntry* entry = family->ofType(it.curType());
+        if (entry == nullptr && allowDefault_) {
+            entry = family->fallback();
         }
-        return allowDefault_ && family->fallback != nullptr ? family->fallback->read(it, object) : -1;
+        return entry == nullptr ? -1
+                                : static_cast<HBXDerivedParserFactory<Base, Base>*>(entry)->read(it, object);
     }
 
 private:
@@ -161,11 +226,13 @@ struct HBXWriterDerived : HBXPlainMarks {
             return -1;
         }
         const auto family = HBXDerivedParserFactory<Base, Base>::factoryInternalData();
-        const auto found = family->byClass.find(typeid(*object).name());
-        if (found != family->byClass.end()) {
-            return found->second->write(it, *object);
+        HBXFamilyEntry* entry = family->ofClass(typeid(*object).name());
+        if (entry == nullptr) {
+            entry = family->fallback();
         }
-        return family->fallback != nullptr ? family->fallback->write(it, *object) : -1;
+        return entry == nullptr
+                   ? -1
+                   : static_cast<HBXDerivedParserFactory<Base, Base>*>(entry)->write(it, *object);
     }
 };
 
@@ -201,30 +268,19 @@ constexpr HBXPointerType familyType() {
             },
         .object = [](const void* pointer, const void*& object) -> const HBXRecordTable& {
             const Base& base = **static_cast<const Pointer*>(pointer);
-            const auto family = Family::factoryInternalData();
-            const auto found = family->byClass.find(typeid(base).name());
-            if (found == family->byClass.end()) {
+            const HBXFamilyEntry* entry = Family::factoryInternalData()->ofClass(typeid(base).name());
+            if (entry == nullptr) {
                 object = &base;
                 return Base::table;
             }
             object = dynamic_cast<const void*>(&base);
-            return found->second->table();
-        },
-        .classes = [] { return Family::factoryInternalData()->byName.size(); },
-        .classTable = [](std::size_t which, std::string_view& key) -> const HBXRecordTable& {
-            const auto entry = Family::factoryInternalData()->entry(which);
-            key = entry->first;
-            return entry->second->table();
+            return entry->table();
         },
         .create =
-            [](void* pointer, std::size_t which) {
-                *static_cast<Pointer*>(pointer) =
-                    Family::factoryInternalData()->entry(which)->second->create();
+            [](void* pointer, const HBXFamilyEntry& entry) {
+                *static_cast<Pointer*>(pointer) = static_cast<const Family&>(entry).create();
             },
-        .fallback = []() -> const HBXRecordTable* {
-            const auto* entry = Family::factoryInternalData()->fallback;
-            return entry == nullptr ? nullptr : &entry->table();
-        },
+        .registry = []() -> const HBXFamilyRegistry& { return *Family::factoryInternalData(); },
     };
 }
 

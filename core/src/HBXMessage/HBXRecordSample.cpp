@@ -1,6 +1,10 @@
 #include <HBXMessage/HBXRecordSample.h>
 
+#include <iterator>
 #include <string>
+
+#include <HBXMessage/HBXDerivedParsers.h>
+#include <HBXMessage/HBXRecordVisitor.h>
 
 namespace HBX {
 namespace {
@@ -8,13 +12,60 @@ namespace {
 constexpr int kDeepest = 3;
 constexpr std::size_t kMostItems = 4;
 
+/// Where values come from.
+class Source {
+public:
+    virtual ~Source() = default;
+    virtual std::int64_t number() = 0;
+    virtual std::string text(const HBXRow& row) = 0;
+    virtual std::size_t items() = 0;
+    virtual std::size_t below(std::size_t count) = 0;
+    virtual std::uint64_t seed() = 0; ///< of a value that makes itself
+};
+
+class RandomSource final : public Source {
+public:
+    explicit RandomSource(std::mt19937_64& random) : random_(random) {}
+
+    /// Small, large and negative ones alike.
+    std::int64_t number() override { return static_cast<std::int64_t>(random_()) >> (random_() % 64); }
+
+    /// Any bytes, empty texts and blanks included.
+    std::string text(const HBXRow&) override {
+        std::string text(random_() % 24, '\0');
+        const bool printable = random_() % 4 != 0;
+        for (char& c : text) {
+            c = static_cast<char>(printable ? ' ' + random_() % 95 : random_());
+        }
+        return text;
+    }
+    std::size_t items() override { return below(kMostItems + 1); }
+    std::size_t below(std::size_t count) override { return random_() % count; }
+    std::uint64_t seed() override { return random_(); }
+
+private:
+    std::mt19937_64& random_;
+};
+
+class ExampleSource final : public Source {
+public:
+    std::int64_t number() override { return ++last_; }
+    std::string text(const HBXRow& row) override { return std::string(memberLabel(row)); }
+    std::size_t items() override { return 2; }
+    std::size_t below(std::size_t) override { return 0; }
+    std::uint64_t seed() override { return static_cast<std::uint64_t>(++last_); }
+
+private:
+    std::int64_t last_ = 0;
+};
+
 class Filler {
 public:
-    explicit Filler(std::mt19937_64& random) : random_(random) {}
+    explicit Filler(Source& source) : source_(source) {}
 
     void record(void* record, const HBXRecordTable& table) {
         if (table.text != nullptr) {
-            table.text->sample(record, random_());
+            table.text->sample(record, source_.seed());
             return;
         }
         ++depth_;
@@ -25,6 +76,9 @@ public:
             rows(record, table);
         } else {
             view(record, table);
+        }
+        if (table.complete != nullptr) {
+            table.complete(record);
         }
         --depth_;
     }
@@ -76,7 +130,7 @@ private:
                                  return of.filler.fill(of.row, value);
                              },
                              &item};
-        for (std::size_t count = random_() % (kMostItems + 1); count != 0; --count) {
+        for (std::size_t count = source_.items(); count != 0; --count) {
             row.list->add(list, filled);
         }
     }
@@ -84,30 +138,30 @@ private:
     bool fill(const HBXRow& row, void* value) {
         switch (row.kind) {
         case HBXKind::Int:
-            *static_cast<std::int32_t*>(value) = static_cast<std::int32_t>(number());
+            *static_cast<std::int32_t*>(value) = static_cast<std::int32_t>(source_.number());
             break;
         case HBXKind::Int64:
-            *static_cast<std::int64_t*>(value) = number();
+            *static_cast<std::int64_t*>(value) = source_.number();
             break;
         case HBXKind::UInt32:
-            *static_cast<std::uint32_t*>(value) = static_cast<std::uint32_t>(number());
+            *static_cast<std::uint32_t*>(value) = static_cast<std::uint32_t>(source_.number());
             break;
         case HBXKind::Time:
-            *static_cast<std::int64_t*>(value) = number() & 0xFFFFFFFFFF;
+            *static_cast<std::int64_t*>(value) = source_.number() & 0xFFFFFFFFFF;
             break;
         case HBXKind::Bool:
-            *static_cast<bool*>(value) = random_() % 2 != 0;
+            *static_cast<bool*>(value) = source_.below(2) == 0;
             break;
         case HBXKind::Double:
-            *static_cast<double*>(value) = static_cast<double>(number()) / 3;
+            *static_cast<double*>(value) = static_cast<double>(source_.number()) / 3;
             break;
         case HBXKind::String:
         case HBXKind::Base64:
         case HBXKind::Xml:
-            *static_cast<std::string*>(value) = text();
+            *static_cast<std::string*>(value) = source_.text(row);
             break;
         case HBXKind::Text:
-            row.type->sample(value, random_());
+            row.type->sample(value, source_.seed());
             break;
         case HBXKind::Record:
             record(value, *row.type->record);
@@ -119,34 +173,29 @@ private:
     }
 
     bool pointer(const HBXPointerType& type, void* value) {
-        type.create(value, random_() % type.classes());
+        const HBXFamilyRegistry::Entries& classes = type.registry().byType();
+        const std::size_t which = source_.below(classes.size());
+        type.create(value, *std::next(classes.begin(), static_cast<std::ptrdiff_t>(which))->second);
         const void* object = nullptr;
         const HBXRecordTable& table = type.object(value, object);
         record(const_cast<void*>(object), table);
         return true;
     }
 
-    /// Small, large and negative ones alike.
-    std::int64_t number() { return static_cast<std::int64_t>(random_()) >> (random_() % 64); }
-
-    /// Any bytes, empty texts and blanks included.
-    std::string text() {
-        std::string text(random_() % 24, '\0');
-        const bool printable = random_() % 4 != 0;
-        for (char& c : text) {
-            c = static_cast<char>(printable ? ' ' + random_() % 95 : random_());
-        }
-        return text;
-    }
-
-    std::mt19937_64& random_;
+    Source& source_;
     int depth_ = 0;
 };
 
 } // namespace
 
 void fillSample(void* record, const HBXRecordTable& table, std::mt19937_64& random) {
-    Filler(random).record(record, table);
+    RandomSource source(random);
+    Filler(source).record(record, table);
+}
+
+void fillExample(void* record, const HBXRecordTable& table) {
+    ExampleSource source;
+    Filler(source).record(record, table);
 }
 
 } // namespace HBX

@@ -52,6 +52,9 @@ struct HBXFill {
     bool operator()(void* value) const { return run(context, value); }
 };
 
+class HBXFamilyEntry;
+class HBXFamilyRegistry;
+
 /// A pointer to a polymorphic record, seen through its family (HBXDerivedParsers.h).
 struct HBXPointerType {
     bool (*isNull)(const void* pointer);
@@ -60,19 +63,14 @@ struct HBXPointerType {
     /// The table of the object's own class (of the base, when it is not registered) and where the object
     /// begins.
     const HBXRecordTable& (*object)(const void* pointer, const void*& object);
-    /// The registered classes: how many, table and key of one (the complex type by which reading finds it),
-    /// and a new object of one.
-    std::size_t (*classes)();
-    const HBXRecordTable& (*classTable)(std::size_t which, std::string_view& key);
-    void (*create)(void* pointer, std::size_t which);
-    /// Of the class as which elements of a missing or unknown complex type are read; null: they do not read.
-    const HBXRecordTable* (*fallback)();
+    void (*create)(void* pointer, const HBXFamilyEntry& entry);
+    const HBXFamilyRegistry& (*registry)();
 };
 
 /// What the walks over a record know of one C++ type.
 struct HBXValueType {
     HBXKind kind;
-    const HBXRecordTable* record = nullptr;                              // Record
+    const HBXRecordTable* record = nullptr;                              // Record, Text
     const HBXPointerType* pointer = nullptr;                             // Pointer
     bool (*parse)(std::string_view text, void* value) = nullptr;         // Text
     void (*print)(const void* value, std::string& text) = nullptr;       // Text
@@ -165,6 +163,9 @@ struct HBXRecordTable {
     /// Readers and writers written by hand; null where the rows say all.
     int (*read)(const HBXMessageIterator& it, void* record);
     int (*write)(HBXMessageIterator& it, const void* record);
+    /// `completeSample()` of a record that has it: members that were filled one by one become such as the
+    /// record's own rules accept.
+    void (*complete)(void* record);
 
     /// The rows of the record's own members.
     [[nodiscard]] const HBXRow* begin() const { return rows; }
@@ -292,6 +293,7 @@ constexpr HBXValueType describeValue() {
     } else if constexpr (TextRecord<T>) {
         return {
             .kind = HBXKind::Text,
+            .record = &T::table,
             .parse = [](std::string_view text,
                         void* value) { return static_cast<T*>(value)->fromString(text) == 0; },
             .print = [](const void* value,
@@ -514,6 +516,9 @@ constexpr HBXRecordTable recordTable(std::string_view name, int nsid, int typeId
         table.compare = [](const void* a, const void* b) {
             return static_cast<const T*>(a)->compare(*static_cast<const T*>(b)) <=> 0;
         };
+    }
+    if constexpr (requires(T& record) { record.completeSample(); }) {
+        table.complete = [](void* record) { static_cast<T*>(record)->completeSample(); };
     }
     if constexpr (internal::TextRecord<T>) {
         if (nsid != 0 || typeId != 0) {

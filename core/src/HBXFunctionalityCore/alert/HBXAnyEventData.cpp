@@ -26,7 +26,7 @@ int HBXAnyData::Reader::operator()(const HBXMessageIterator& it, HBXAnyData& dat
     std::string_view value;
     bool isXml = false;
     const bool isEmpty = root->firstChild() != 0 && root->rawValue(0, value, isXml) != 0;
-    data.content = HBXVocContent(isEmpty ? nullptr : std::move(message));
+    data.content = HBXMessageContent(isEmpty ? nullptr : std::move(message));
     return 0;
 }
 

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <HBXFunctionalityCore/alert/HBXEventData.h>
-#include <HBXFunctionalityCore/vocabulary/HBXVocContent.h>
+#include <HBXMessage/HBXMessageContent.h>
 
 namespace HBX {
 
 /// Whatever an element holds, its value and all below it, carried on as it is. The marks of the element
 /// itself are not part of it.
 struct HBX_EXPORT HBXAnyData {
-    HBXVocContent content; ///< A message whose root holds it; without a message: nothing.
+    HBXMessageContent content; ///< A message whose root holds it; without a message: nothing.
 
     static const HBXRecordTable table;
 

@@ -62,6 +62,13 @@ int HBXDirRealm::set(const HBXRealm& other) {
     return 0;
 }
 
+void HBXDirRealm::completeSample() {
+    type = kType;
+    server += '.';
+    port |= 1;
+    principalsDn += baseDn;
+}
+
 int HBXDirRealm::Reader::operator()(const HBXMessageIterator& it, HBXDirRealm& realm) const {
     HBXAuthName login; // absent: the default one
     if (HBXReaderIDT(HBXAuthName::Reader(), kAuthName, 0)(it, login) != 0) {

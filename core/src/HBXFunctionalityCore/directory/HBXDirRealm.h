@@ -28,6 +28,9 @@ struct HBX_EXPORT HBXDirRealm : HBXRealm {
     /// realm parameters", for every other one.
     int set(const HBXRealm& other) override;
 
+    /// Makes a realm of arbitrary members valid.
+    void completeSample();
+
     static const HBXRecordTable table;
 
     /// -1 for a realm of another type or one that is not valid.

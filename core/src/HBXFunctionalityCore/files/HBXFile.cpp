@@ -18,7 +18,6 @@ namespace HBX {
 namespace {
 
 constexpr int kDefaultMode = 0777;
-constexpr int kOverwrite = 1; // of the flags of HBXFilerOptions
 
 int modeOf(const HBXSecurityAttributes* attributes) {
     return attributes != nullptr && attributes->mode.isSet() ? attributes->mode.get() : kDefaultMode;
@@ -88,7 +87,7 @@ int HBXFile::openRead(const std::string& path, std::int64_t offset, std::int64_t
 
 int HBXFile::openWrite(const std::string& path, std::int64_t offset, const HBXFilerOptions& options,
                        const HBXSecurityAttributes* attributes) {
-    const bool mayOverwrite = (options.flags & kOverwrite) != 0;
+    const bool mayOverwrite = (options.flags & HBXFilerOptions::Overwrite) != 0;
     const int flags = O_WRONLY | O_CREAT | (mayOverwrite ? 0 : O_EXCL) | placeFlags(offset);
     return openFile(path, flags, offset, attributes, nullptr);
 }

@@ -108,6 +108,12 @@ std::string Rule::PortRange::toString(char separator) const {
     return last == kNotSet ? std::to_string(first) : std::to_string(first) + separator + std::to_string(last);
 }
 
+void Rule::completeSample() {
+    for (NetAddress& address : addresses) {
+        address.address += '.';
+    }
+}
+
 int Rule::Reader::operator()(const HBXMessageIterator& it, Rule& rule) const {
     if (it.getValue(rule.name, kName) != 0 || it.getValue(rule.words[CHAIN], kWords[CHAIN]) != 0) {
         return -1;

@@ -59,6 +59,9 @@ struct HBX_EXPORT HBXFirewallRule {
     PortRange ports[2];
     std::string interfaces[2]; ///< names of network interfaces; empty: all
 
+    /// Gives every mask an address, without which it would not travel.
+    void completeSample();
+
     static const HBXRecordTable table;
 
     /// Name and chain must be there (-1); what else is absent or unreadable stays as it was.

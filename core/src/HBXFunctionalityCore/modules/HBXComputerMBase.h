@@ -36,9 +36,11 @@ struct HBX_EXPORT HBXSystemInfo {
     using Writer = HBXTableWriter<HBXSystemInfo>;
 };
 
-/// Kinds of files: the type bits of a file's mode, or several of them together.
+/// Kinds of files, several of them together.
 struct HBX_EXPORT HBXFileType {
-    int mask = 0;
+    enum Kind : int { File = 1, Directory = 2, Link = 4, Device = 8, Pipe = 16, Socket = 32 };
+
+    int mask = 0; ///< bits of Kind
 
     static const HBXRecordTable table;
     using Reader = HBXTableReader<HBXFileType>;
@@ -72,7 +74,9 @@ struct HBX_EXPORT HBXFileFilter {
 
 /// How files are copied, moved or removed.
 struct HBX_EXPORT HBXFilerOptions {
-    int flags = 0; ///< bits of the operation
+    enum Flag : int { Overwrite = 1, Recursive = 2, KeepPermissions = 4, KeepTimes = 8, FollowLinks = 16 };
+
+    int flags = 0; ///< bits of Flag
 
     static const HBXRecordTable table;
     using Reader = HBXTableReader<HBXFilerOptions>;

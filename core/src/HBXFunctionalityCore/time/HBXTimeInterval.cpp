@@ -14,8 +14,8 @@ constexpr int kStartTime = 1063;
 constexpr int kEndTime = 1064;
 
 constexpr HBXRow kTimeInterval[] = {
-    optional<&HBXTimeInterval::startTime>(kStartTime),
-    optional<&HBXTimeInterval::endTime>(kEndTime),
+    memberAs<&HBXTimeInterval::startTime>(HBXKind::Time, kStartTime, HBXPresence::Optional),
+    memberAs<&HBXTimeInterval::endTime>(HBXKind::Time, kEndTime, HBXPresence::Optional),
     valueOnly<&HBXTimeInterval::zone>(),
 };
 

@@ -1,6 +1,5 @@
 #include <HBXFunctionalityCore/vocabulary/HBXVocContent.h>
 
-#include <cstdlib>
 #include <memory>
 
 #include <HBXFunctionalityCore/vocabulary/internal/VocElements.h>
@@ -8,38 +7,7 @@
 
 namespace HBX {
 
-namespace {
-
-/// Bytes of equal messages are equal.
-std::string bytesOf(const boost::intrusive_ptr<HBXMessage>& message) {
-    char* data = nullptr;
-    int length = 0;
-    if (!message || message->serialize(&data, &length, nullptr, 0) != 0) {
-        return {};
-    }
-    const std::unique_ptr<char, decltype(&std::free)> owner(data, &std::free);
-    return {data, static_cast<std::size_t>(length)};
-}
-
-} // namespace
-
 constinit const HBXRecordTable HBXVocContent::table = recordTable<HBXVocContent>("HBXVocContent", 0, 0);
-
-std::string HBXVocContent::toString() const {
-    const std::unique_ptr<char, decltype(&std::free)> text(message_ ? message_->toText(nullptr, "") : nullptr,
-                                                           &std::free);
-    return text ? text.get() : "";
-}
-
-int HBXVocContent::fromString(std::string_view text) {
-    auto message = adoptMessage(HBXMsgFactory::createNew());
-    if (text.find('\0') != std::string_view::npos ||
-        message->fromText(std::string(text).c_str(), nullptr) != 0) {
-        return -1;
-    }
-    message_ = std::move(message);
-    return 0;
-}
 
 HBXVocContent HBXVocContent::sample(std::uint64_t random) {
     auto message = adoptMessage(HBXMsgFactory::createNew());
@@ -53,15 +21,6 @@ HBXVocContent HBXVocContent::sample(std::uint64_t random) {
         it->seekUp();
     }
     return HBXVocContent(std::move(message));
-}
-
-bool operator==(const HBXVocContent& a, const HBXVocContent& b) {
-    return a.message_ == b.message_ || bytesOf(a.message_) == bytesOf(b.message_);
-}
-
-std::strong_ordering operator<=>(const HBXVocContent& a, const HBXVocContent& b) {
-    return a.message_ == b.message_ ? std::strong_ordering::equal
-                                    : bytesOf(a.message_) <=> bytesOf(b.message_);
 }
 
 } // namespace HBX

@@ -1,41 +1,22 @@
 #pragma once
 
-#include <compare>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
-#include <HBXMessage/HBXMessage.h>
-#include <HBXMessage/HBXRecord.h>
+#include <HBXMessage/HBXMessageContent.h>
 
 namespace HBX {
 
-/// The message of a vocabulary as a value: copies share the message, comparison looks at its content. Empty
-/// without a message.
-class HBX_EXPORT HBXVocContent {
-public:
-    HBXVocContent() = default;
-    explicit HBXVocContent(boost::intrusive_ptr<HBXMessage> message) : message_(std::move(message)) {}
+/// The message of a vocabulary.
+struct HBX_EXPORT HBXVocContent : HBXMessageContent {
+    using HBXMessageContent::HBXMessageContent;
 
-    /// The message, shared; null when empty.
-    const boost::intrusive_ptr<HBXMessage>& message() const { return message_; }
-
-    /// The text form of the message.
-    std::string toString() const;
-    /// Reads such a text; -1 and unchanged when it is no message.
-    int fromString(std::string_view text);
     /// One that follows from the number, for tests.
     static HBXVocContent sample(std::uint64_t random);
 
-    HBX_EXPORT friend bool operator==(const HBXVocContent& a, const HBXVocContent& b);
-    HBX_EXPORT friend std::strong_ordering operator<=>(const HBXVocContent& a, const HBXVocContent& b);
+    friend bool operator==(const HBXVocContent&, const HBXVocContent&) = default;
+    friend std::strong_ordering operator<=>(const HBXVocContent&, const HBXVocContent&) = default;
 
     static const HBXRecordTable table;
     using Reader = HBXTextReader<HBXVocContent>;
     using Writer = HBXTextWriter<HBXVocContent>;
-
-private:
-    boost::intrusive_ptr<HBXMessage> message_;
 };
 
 } // namespace HBX

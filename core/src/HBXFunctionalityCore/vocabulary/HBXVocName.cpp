@@ -19,8 +19,7 @@ int HBXVocName::fromString(std::string_view text) {
     if (text.size() > kMaxLength || text.find('\0') != std::string_view::npos) {
         return -1;
     }
-    bytes_ = {};
-    text.copy(bytes_.data(), text.size());
+    text_ = text;
     return 0;
 }
 

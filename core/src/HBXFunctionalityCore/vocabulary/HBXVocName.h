@@ -1,12 +1,12 @@
 #pragma once
 
-#include <array>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include <HBXCommon/limited_length_string.h>
 #include <HBXMessage/HBXRecord.h>
 
 namespace HBX {
@@ -22,28 +22,26 @@ public:
     HBXVocName& operator=(const char* text);
 
     /// The text; empty at first. Pointer and view are good until the name changes.
-    const char* c_str() const { return bytes_.data(); }
-    std::string_view view() const { return bytes_.data(); }
-    bool empty() const { return bytes_[0] == '\0'; }
+    const char* c_str() const { return text_.view().data(); }
+    std::string_view view() const { return text_.view(); }
+    bool empty() const { return text_.empty(); }
 
     /// As a value that is one text.
-    std::string toString() const { return bytes_.data(); }
+    std::string toString() const { return text_.str(); }
     /// -1 and unchanged when the text is too long or holds a zero byte.
     int fromString(std::string_view text);
     /// One that follows from the number, for tests.
     static HBXVocName sample(std::uint64_t random);
 
-    friend bool operator==(const HBXVocName& a, const HBXVocName& b) { return a.view() == b.view(); }
-    friend std::strong_ordering operator<=>(const HBXVocName& a, const HBXVocName& b) {
-        return a.view() <=> b.view();
-    }
+    friend bool operator==(const HBXVocName&, const HBXVocName&) = default;
+    friend std::strong_ordering operator<=>(const HBXVocName&, const HBXVocName&) = default;
 
     static const HBXRecordTable table;
     using Reader = HBXTextReader<HBXVocName>;
     using Writer = HBXTextWriter<HBXVocName>;
 
 private:
-    std::array<char, kMaxLength + 1> bytes_{};
+    limited_length_string<kMaxLength + 1, char> text_; ///< never full, so that a zero ends it
 };
 
 } // namespace HBX

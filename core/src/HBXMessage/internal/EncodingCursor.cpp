@@ -1,5 +1,8 @@
 #include <HBXMessage/internal/EncodingCursor.h>
 
+#include <utility>
+
+#include <HBXMessage/HBXBinaryIterator.h>
 #include <HBXMessage/HBXDefaultMap.h>
 #include <HBXMessage/internal/ElementView.h>
 #include <HBXMessage/internal/TableWriter.h>
@@ -196,6 +199,58 @@ void EncodingCursor::mark(int nsid, int typeId) {
 
 int EncodingCursor::writeTable(const void* record, const HBXRecordTable& table) {
     return gaveUp_ ? -1 : TableWriter(*this).write(record, table);
+}
+
+/// Elements with names of their own or with attributes are left to the tree.
+int EncodingCursor::copyToChild(const HBXMessageIterator* from) {
+    const auto* source = dynamic_cast<const HBXBinaryIterator*>(from);
+    if (source == nullptr || !source->alive()) {
+        return giveUp();
+    }
+    const Ref saved = std::exchange(savedNamespace_, 0); // copies keep their own
+    const int result = copyBelow(source->binary().tree(), source->node());
+    savedNamespace_ = saved;
+    return result;
+}
+
+/// The element `top`, or all children of a root.
+int EncodingCursor::copyBelow(const Tree& tree, NodeIndex top) {
+    NodeIndex index = top == kRoot ? tree[kRoot].first : top;
+    while (index != kNoNode) {
+        if (!openCopy(tree, index)) {
+            return giveUp();
+        }
+        if (tree[index].first != kNoNode) {
+            index = tree[index].first;
+            continue;
+        }
+        leave();
+        while (index != top && tree[index].next == kNoNode) {
+            index = tree[index].parent;
+            if (index == kRoot) {
+                return 0;
+            }
+            leave();
+        }
+        index = index == top ? kNoNode : tree[index].next;
+    }
+    return 0;
+}
+
+bool EncodingCursor::openCopy(const Tree& tree, NodeIndex index) {
+    const Node& node = tree[index];
+    if (node.id >= kDynamicRef || node.ns >= kDynamicRef || newChild(static_cast<int>(node.id)) != 0) {
+        return false;
+    }
+    top().ns = node.ns;
+    if (const Extra* extra = tree.extra(index); extra != nullptr) {
+        if (extra->attributeCount != 0 || extra->typeNs >= kDynamicRef || extra->type >= kDynamicRef) {
+            return false;
+        }
+        top().typeNs = extra->typeNs;
+        top().type = extra->type;
+    }
+    return node.kind == ValueKind::None || putRawValue(0, tree.text(index), node.kind == ValueKind::Xml) == 0;
 }
 
 std::string EncodingCursor::curName() const { return HBXDefaultMap::findElemID(curID()); }

@@ -42,7 +42,7 @@ public:
     int newChild(int id) override;
     int deleteChild(int) override { return giveUp(); }
     int deleteFromChild() override { return giveUp(); }
-    int copyToChild(const HBXMessageIterator*) override { return giveUp(); }
+    int copyToChild(const HBXMessageIterator* from) override;
     using HBXMessageIterator::setNamespace;
     int setNamespace(int nsid) override;
     using HBXMessageIterator::saveNamespace;
@@ -176,6 +176,8 @@ private:
     char* putHead(char* to, const Open& element, unsigned content);
     void put(char* end) { out_.advance(static_cast<std::size_t>(end - out_.data()) - out_.size()); }
     [[nodiscard]] bool holdsChild(int id) const;
+    int copyBelow(const Tree& tree, NodeIndex top);
+    bool openCopy(const Tree& tree, NodeIndex index);
 
     ByteBuffer& out_;
     BlockLengths& lengths_;

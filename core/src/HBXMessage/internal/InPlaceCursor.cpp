@@ -324,9 +324,42 @@ HBXMessageIterator* InPlaceCursor::newIterator(bool same) const {
     return cursor;
 }
 
+/// Value, attributes and children of an element as they are written: they lie side by side.
+std::string_view InPlaceCursor::content(const ElementView& view) {
+    const std::uint8_t* start = view.end;
+    if (view.hasValue()) {
+        start = view.value - varintSize(view.valueLength);
+    } else if ((view.flags & kHasAttributes) != 0) {
+        start = view.attributes();
+    } else if (view.hasChildren()) {
+        start = view.children - varintSize(static_cast<std::uint64_t>(view.end - view.children));
+    }
+    return {reinterpret_cast<const char*>(start), static_cast<std::size_t>(view.end - start)};
+}
+
+/// If it can be, without a tree of the whole message, in which each copy would have to look for its element
+/// again. (A message lists the names that it uses and no others; which these are here, only a tree tells.)
 HBXMessage* InPlaceCursor::copyMessage() const {
-    const std::unique_ptr<HBXMessageIterator> cursor(treeCursor());
-    return cursor ? cursor->copyMessage() : nullptr;
+    if (depth_ == kRootPlace || !names_.empty()) {
+        const std::unique_ptr<HBXMessageIterator> cursor(treeCursor());
+        return cursor ? cursor->copyMessage() : nullptr;
+    }
+    const ElementView& view = slots_[depth_].view;
+    const unsigned flags = view.flags & (kHasValue | kIsXml | kHasAttributes | kHasChildren);
+    ByteBuffer bytes;
+    putHeader(bytes, Wrapping::Message);
+    bytes.append('\0'); // no names
+    bytes.append('\0'); // no envelope fields
+    if (hasShorterForm(flags)) {
+        const Form form = flags == kHasValue ? kFormText : flags == kHasChildren ? kFormChildren : kFormEmpty;
+        bytes.append(static_cast<char>(form << 1));
+    } else {
+        bytes.append(static_cast<char>(kFormFlags << 1));
+        bytes.append(static_cast<char>(flags));
+    }
+    bytes.append(content(view));
+    finishHeader(bytes);
+    return HBXMsgFactory::createNew(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 int InPlaceCursor::getOrigin(std::string& origin) const { return message()->getOrigin(origin); }

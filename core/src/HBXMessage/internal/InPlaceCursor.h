@@ -176,6 +176,7 @@ private:
     [[nodiscard]] std::string_view refName(std::uint64_t written, std::string_view (*lookUp)(int)) const;
     HBXMessage* message() const;
     [[nodiscard]] HBXMessageIterator* treeCursor() const;
+    [[nodiscard]] static std::string_view content(const ElementView& view);
 
     std::string_view bytes_;
     bool good_ = false;
