@@ -56,7 +56,8 @@ ExitCode makeTemplate(const Arguments& arguments) {
 void declareCheck(DeclareOptions option) {
     option("as", po::value<std::string>()->value_name("NAME"),
            "the record type; without it the one that the element is marked with");
-    option("path", po::value<std::string>()->default_value("/")->value_name("PATH"), "the element to check, such as /data/x");
+    option("path", po::value<std::string>()->default_value("/")->value_name("PATH"),
+           "the element to check, such as /data/x");
 }
 
 /// The record type that the mark of an element names.

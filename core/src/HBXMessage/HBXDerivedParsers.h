@@ -28,6 +28,7 @@ HBX_EXPORT std::string qualifiedTypeName(const char* nsName, const char* typeNam
 class HBX_EXPORT HBXFamilyEntry {
 public:
     virtual ~HBXFamilyEntry();
+    /// Of the derived record.
     [[nodiscard]] const HBXRecordTable& table() const { return table_; }
 
 protected:
@@ -75,6 +76,7 @@ class HBXFamilyView {
 public:
     using value_type = std::pair<const std::string&, Entry*>;
 
+    /// Goes through the names in ascending order.
     class const_iterator {
     public:
         explicit const_iterator(Entries::const_iterator at) : at_(at) {}
@@ -85,6 +87,7 @@ public:
         }
         friend bool operator==(const const_iterator&, const const_iterator&) = default;
 
+        /// Keeps the pair that `->` shows.
         struct Arrow {
             value_type value;
             const value_type* operator->() const { return &value; }
@@ -96,6 +99,7 @@ public:
     };
 
     explicit HBXFamilyView(const Entries& entries) : entries_(entries) {}
+    /// As of a map from names to entries; `find` gives `end()` when there is none.
     [[nodiscard]] const_iterator begin() const { return const_iterator(entries_.begin()); }
     [[nodiscard]] const_iterator end() const { return const_iterator(entries_.end()); }
     [[nodiscard]] const_iterator find(std::string_view name) const {
@@ -124,6 +128,7 @@ public:
 template <class Base, class Root = Base>
 class HBXDerivedParserFactory : public HBXFamilyEntry {
 public:
+    /// For the record of this table.
     using HBXFamilyEntry::HBXFamilyEntry;
 
     /// The cursor stands on the object's element; the pointer is replaced only on 0.

@@ -10,18 +10,20 @@
 
 namespace HBX {
 
-/// A message as a value: copies share the message, comparison looks at its content. Empty
-/// without a message.
+/// A message as a value: copies share the message, comparison looks at its content. Empty without a message.
 class HBX_EXPORT HBXMessageContent {
 public:
     HBXMessageContent() = default;
     explicit HBXMessageContent(boost::intrusive_ptr<HBXMessage> message) : message_(std::move(message)) {}
 
+    /// The message, shared; null when empty.
     const boost::intrusive_ptr<HBXMessage>& message() const { return message_; }
 
     /// The text form of the message.
     std::string toString() const;
+    /// Reads such a text; -1 and unchanged when it is no message.
     int fromString(std::string_view text);
+    /// One that follows from the number, for tests.
     static HBXMessageContent sample(std::uint64_t random);
 
     HBX_EXPORT friend bool operator==(const HBXMessageContent& a, const HBXMessageContent& b);

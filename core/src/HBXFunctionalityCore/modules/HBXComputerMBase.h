@@ -38,9 +38,10 @@ struct HBX_EXPORT HBXSystemInfo {
 
 /// Kinds of files, several of them together.
 struct HBX_EXPORT HBXFileType {
+    /// Bits of the mask.
     enum Kind : int { File = 1, Directory = 2, Link = 4, Device = 8, Pipe = 16, Socket = 32 };
 
-    int mask = 0; ///< bits of Kind
+    int mask = 0; ///< of Kind
 
     static const HBXRecordTable table;
     using Reader = HBXTableReader<HBXFileType>;
@@ -74,9 +75,10 @@ struct HBX_EXPORT HBXFileFilter {
 
 /// How files are copied, moved or removed.
 struct HBX_EXPORT HBXFilerOptions {
+    /// Bits of the flags.
     enum Flag : int { Overwrite = 1, Recursive = 2, KeepPermissions = 4, KeepTimes = 8, FollowLinks = 16 };
 
-    int flags = 0; ///< bits of Flag
+    int flags = 0; ///< of Flag
 
     static const HBXRecordTable table;
     using Reader = HBXTableReader<HBXFilerOptions>;

@@ -6,6 +6,7 @@ namespace HBX {
 
 /// The message of a vocabulary.
 struct HBX_EXPORT HBXVocContent : HBXMessageContent {
+    /// Of a message that is shared from then on; null for none.
     using HBXMessageContent::HBXMessageContent;
 
     /// One that follows from the number, for tests.
