@@ -58,6 +58,10 @@ def shown(amount, counter):
     return f"{amount:.3g} s"
 
 
+def short(ratio):
+    return f"{ratio:.2f}" if ratio >= 0.1 else f"{ratio:.1g}" if ratio >= 0.001 else f"{ratio:.6f}".rstrip("0")
+
+
 def peer_of(ours, peer):
     """What tells the peer's benchmark from ours."""
     own = ours.partition("#")[0].split("/")
@@ -68,7 +72,8 @@ class Row:
     def __init__(self, runs, work, ours, peer, goal, stretch, headline=""):
         self.work = work
         self.headline = headline == "headline"
-        self.peer = "" if peer == "-" else peer_of(ours, peer)
+        self.is_own = "hbx" in peer  # set against another work of ours
+        self.peer = "" if peer == "-" else ("our " if self.is_own else "") + peer_of(ours, peer)
         self.goal = None if goal == "-" else float(goal)
         self.stretch = None if stretch == "-" else float(stretch)
         ours_all, peer_all = amounts(runs, ours), [1.0] if peer == "-" else amounts(runs, peer)
@@ -94,7 +99,7 @@ class Row:
         if not self.known:
             return [self.work, "", self.peer, "", "", "", goal, self.verdict()]
         other = shown(self.other, self.counter) if self.peer else ""
-        ratios = [f"{self.ratio:.2f}", f"{self.fastest:.2f}"] if self.peer else ["", ""]
+        ratios = [short(self.ratio), short(self.fastest)] if self.peer else ["", ""]
         return [self.work, shown(self.ours, self.counter), self.peer, other, *ratios, goal, self.verdict()]
 
 
@@ -132,7 +137,7 @@ def machine():
 def behind(tables):
     """Where a peer is faster or smaller, goal or not; only what the numbers say for certain."""
     rows = [row for rows in tables.values() for row in rows]
-    slower = [row for row in rows if row.known and row.peer and min(row.ratio, row.fastest) > 1.05]
+    slower = [row for row in rows if row.known and row.peer and not row.is_own and min(row.ratio, row.fastest) > 1.05]
     lines = [f"- {row.work}: {row.ratio:.2f} times {row.peer}" for row in sorted(slower, key=lambda r: -r.ratio)]
     return "\n".join(lines) + "\n" if lines else "Nowhere.\n"
 

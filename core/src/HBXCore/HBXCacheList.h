@@ -61,18 +61,6 @@ protected:
         return base_ + offset;
     }
 
-    /// Asks the processor for the head of a record some entries further on: records lie anywhere in memory,
-    /// and a walk would wait for each.
-    void fetchAhead(const HBXCacheEntry* entry) const {
-        constexpr std::ptrdiff_t kAhead = 12;
-        constexpr std::uint64_t kLine = 64;
-        if (end_ - entry > kAhead) {
-            const std::uint64_t offset = entry[kAhead].value < size_ ? entry[kAhead].value : 0;
-            __builtin_prefetch(base_ + offset);
-            __builtin_prefetch(base_ + offset + kLine);
-        }
-    }
-
 private:
     friend class HBXCacheLogicBase;
 

@@ -48,7 +48,6 @@ public:
             const Value* operator->() const { return value_; }
             const_iterator& operator++() {
                 ++entry_;
-                list_->fetchAhead(entry_);
                 skipForward();
                 return *this;
             }
