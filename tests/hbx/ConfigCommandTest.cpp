@@ -49,6 +49,21 @@ TEST_F(ProgramTest, ConfigGetsWhatItSet) {
               "/s/a = -3\n/s/group/b = \n/s/group/none\n/fresh/x/y = a b\n<c>\n");
 }
 
+TEST_F(ProgramTest, ConfigSetsOfManyProgramsAtOnceAllCount) {
+    const std::string file = write("c.xml", messageText(kTree));
+    constexpr int kPrograms = 12;
+    std::vector<pid_t> programs;
+    for (int i = 0; i < kPrograms; ++i) {
+        programs.push_back(start({"config", "set", file, "/s/many/n" + std::to_string(i), "1"}, {}));
+    }
+    for (const pid_t program : programs) {
+        int status = 0;
+        EXPECT_EQ(waitpid(program, &status, 0), program);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(linesOf(run({"config", "list", file, "/s/many"}).out), std::size_t{kPrograms});
+}
+
 TEST_F(ProgramTest, ConfigSaysInOneLineWhatIsWrong) {
     const std::string file = write("c.xml", messageText(kTree));
     const std::string bytes = contentOf(file);

@@ -5,6 +5,7 @@
 #include <HBXCommon/HBXErrorMessage.h>
 
 #include "Console.h"
+#include "FileTurn.h"
 #include "JsonText.h"
 #include "Settings.h"
 
@@ -70,6 +71,7 @@ ExitCode set(const Arguments& arguments) {
     const std::string& file = arguments.files[0];
     const std::string& path = arguments.files[1];
     demandAbsolute(path);
+    const FileTurn turn(file);
     const HBXConfiguration configuration = loadConfiguration(file);
     writeSetting(configuration, path, arguments.files[2]);
     if (configuration.saveToFile(file) != 0) {

@@ -233,12 +233,26 @@ int HBXCacheLogicBase::lock(Storage& storage) {
         return kNotLocked;
     }
     storage.manager = manager_.get();
+    if (fork_ != internal::forkNumber()) {
+        enterFork(storage);
+    }
     const int code = storage.manager == nullptr ? kFailed : checkState(storage);
     if (code != 0) {
         unlock(storage);
         storage = Storage();
     }
     return code;
+}
+
+/// Lists of the parent are not ours to close, and what another thread of it was just changing is only ours in
+/// part.
+void HBXCacheLogicBase::enterFork(Storage& storage) {
+    fork_ = internal::forkNumber();
+    openLists_ = 0;
+    if (storage.manager != nullptr) {
+        memory_ = storage.manager->memory();
+        look(storage);
+    }
 }
 
 void HBXCacheLogicBase::unlock(Storage& storage) {

@@ -114,6 +114,7 @@ protected:
     /// Begins a locked operation, with the mapping as it is now: 0 or a code. `unlock` ends it, after 0 only.
     int lock(Storage& storage);
     void unlock(Storage& storage);
+    void enterFork(Storage& storage);
 
     /// Stores a copy of a value record of `length` bytes, in place of the key's present one.
     int putBytes(const void* key, const void* record, std::size_t length);

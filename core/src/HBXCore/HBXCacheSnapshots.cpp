@@ -162,10 +162,6 @@ void HBXCacheLogicBase::openList(HBXCacheList& list) {
 }
 
 int HBXCacheLogicBase::fillList(Storage& storage, HBXCacheList& list) {
-    if (fork_ != internal::forkNumber()) { // those of the parent are not ours to close
-        fork_ = internal::forkNumber();
-        openLists_ = 0;
-    }
     if (openLists_ >= sizes_.maximumLists) {
         return kFailed;
     }
