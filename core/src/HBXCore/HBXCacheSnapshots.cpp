@@ -239,24 +239,26 @@ bool HBXCacheLogicBase::showsPresent(const HBXCacheList& list) {
            !file.isDamaged() && internal::readValidFlag(list.base_);
 }
 
-/// The last owner is gone. Without the lock nobody can tell, so the object stays for good.
+/// The last owner is gone, and with the last list the object goes. Without the lock nobody can tell which is
+/// the last, so then it stays for good; anybody can end the rest of its list.
 void HBXCacheLogicBase::endUnlessListed() {
-    if (HBXCacheList* list = resting_.exchange(noList())) {
-        wakeList(*list);
-        delete list;
-    }
-    if (gate_ != nullptr && gate_->file().lock(false) == 0) {
-        onlyLists_ = openLists_ > 0 && fork_ == internal::forkNumber();
-        const bool listed = onlyLists_;
-        gate_->file().unlock();
-        if (listed) {
-            return;
-        }
-    } else if (gate_ != nullptr) {
+    HBXCacheList* const resting = resting_.exchange(noList());
+    if (gate_ != nullptr && gate_->file().lock(false) != 0) {
         logUnableToLock();
         return;
     }
-    delete this;
+    onlyLists_ = openLists_ > 0 && fork_ == internal::forkNumber();
+    const bool listed = onlyLists_;
+    if (gate_ != nullptr) {
+        gate_->file().unlock();
+    }
+    if (resting != nullptr) {
+        wakeList(*resting);
+        delete resting; // and perhaps this object
+    }
+    if (!listed) {
+        delete this;
+    }
 }
 
 /// A list over a file that was replaced meanwhile has nothing to give back but its row in the table.
