@@ -59,7 +59,7 @@ def shown(amount, counter):
 
 
 def short(ratio):
-    return f"{ratio:.2f}" if ratio >= 0.1 else f"{ratio:.1g}" if ratio >= 0.001 else f"{ratio:.6f}".rstrip("0")
+    return f"{ratio:.2f}" if ratio >= 0.1 else f"{ratio:.1g}"
 
 
 def peer_of(ours, peer):
@@ -122,9 +122,9 @@ def show(family):
     print(f"{missed} goals missed" if missed else "all goals met")
 
 
-def markdown(rows):
-    lines = ["| " + " | ".join(HEADS) + " |", "|---|---:|---|---:|---:|---:|---:|---|"]
-    return "\n".join(lines + ["| " + " | ".join(row.cells()) + " |" for row in rows]) + "\n"
+def markdown(lines):
+    head = ["| " + " | ".join(HEADS) + " |", "|---|---:|---|---:|---:|---:|---:|---|"]
+    return "\n".join(head + ["| " + " | ".join(cells) + " |" for cells in lines]) + "\n"
 
 
 def machine():
@@ -148,10 +148,11 @@ def write(families):
     text += f"{datetime.date.today()}, `./dev bench` on {machine()}. Times are CPU time of one item, medians of all "
     text += "repetitions; Ratio is ours to the peer's, Fastest that of the fastest repetitions. Below 1 we are ahead.\n"
     for family, rows in tables.items():
-        text += f"\n## {family}\n\n" + markdown(rows)
+        text += f"\n## {family}\n\n" + markdown([row.cells() for row in rows])
     text += "\n## Where a peer is ahead\n\n" + behind(tables)
     (ROOT / "bench/RESULTS.md").write_text(text, encoding="utf-8")
-    headlines = markdown([row for rows in tables.values() for row in rows if row.headline])
+    named = [(family, row.cells()) for family, rows in tables.items() for row in rows if row.headline]
+    headlines = markdown([[f"{family}: {cells[0]}", *cells[1:]] for family, cells in named])
     readme = ROOT / "README.md"
     begin, end = "<!-- written by ./dev bench -->\n", "<!-- end -->"
     before, rest = readme.read_text(encoding="utf-8").split(begin)
