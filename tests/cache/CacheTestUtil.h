@@ -16,6 +16,8 @@
 
 #include <unistd.h>
 
+#include "ThreadSanitizer.h"
+
 namespace HBX::test {
 
 /// A value whose bytes tell whether it is whole: all of them follow from key, version and size.
@@ -90,7 +92,11 @@ public:
     int remap(std::size_t size, const HBXMappedMemoryManager& previous) override {
         return wishes.failRemap ? -1 : HBXMappedMemoryManager::remap(size, previous);
     }
-    int lock() override { return wishes.failLock ? -1 : HBXMappedMemoryManager::lock(); }
+    int lock() override {
+        const int result = wishes.failLock ? -1 : HBXMappedMemoryManager::lock();
+        lockTaken();
+        return result;
+    }
     int grow(std::size_t size) override { return wishes.failGrow ? -1 : HBXMappedMemoryManager::grow(size); }
     void prepareBlock(void* memory, std::size_t size) override { std::memset(memory, 0xAB, size); }
 };

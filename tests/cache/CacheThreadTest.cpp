@@ -60,6 +60,7 @@ private:
         const TestValue* shown = list->find(key);
         expect(list->holdsSnapshot() && (shown != nullptr) == (known != model_.end()));
         expect(shown == nullptr || (shown->isWhole() && shown->version == known->second.first));
+        doneReading();
     }
 
     void readAll(TestCache& cache, Shared& shared, std::uint64_t round) {
@@ -72,6 +73,7 @@ private:
                 own += model_.count(value.key);
             }
             expect(own == model_.size());
+            doneReading();
             const std::lock_guard guard(shared.mutex);
             shared.lists.push_back(std::move(list));
             if (shared.lists.size() > 6) {
