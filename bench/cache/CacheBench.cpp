@@ -24,7 +24,8 @@ namespace HBX::bench {
 namespace {
 
 constexpr std::uint64_t kSizes[] = {1'000, 10'000, 100'000};
-constexpr std::uint64_t kBatch = 100; // small against N, large against the cost of stopping the clock
+/// Large enough that what a store puts off until some insertions have come is done while the clock runs.
+constexpr std::uint64_t kBatch = 1'000;
 
 struct Filled {
     std::unique_ptr<Store> store;
