@@ -8,6 +8,8 @@
 // Shapes: records (the records of RecordBench), deep (chains of 200), wide (one element with 10,000
 // children), attributes (two on each element).
 //
+//   crowded/hbx_refuse, libxml2_parse    a text of one element with 10,000 attributes, per attribute
+//
 // Parsing always ends with the tree of the parse before it released. Times are to be read per element.
 
 #include <array>
@@ -258,7 +260,38 @@ constexpr Side kSides[] = {
      }},
 };
 
+// --- a text that nobody means well ---
+
+std::string crowdedText() {
+    std::string text = "<list";
+    for (int i = 0; i < kTreeSize; ++i) {
+        text += " a" + std::to_string(i) + "=''";
+    }
+    return text + "/>";
+}
+
+void refuseCrowded(benchmark::State& state) {
+    const std::string text = crowdedText();
+    const Message message = adoptMessage(HBXMsgFactory::createNew());
+    for (auto _ : state) {
+        if (message->fromText(text.c_str(), nullptr) == 0) {
+            state.SkipWithError("was taken");
+        }
+    }
+    state.counters["items"] = kTreeSize;
+}
+
+void parseCrowded(benchmark::State& state) {
+    const std::string text = crowdedText();
+    for (auto _ : state) {
+        xmlFreeDoc(xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0));
+    }
+    state.counters["items"] = kTreeSize;
+}
+
 bool registerAll() {
+    benchmark::RegisterBenchmark("crowded/hbx_refuse", refuseCrowded);
+    benchmark::RegisterBenchmark("crowded/libxml2_parse", parseCrowded);
     for (const Shape& shape : kShapes) {
         const auto sample = std::make_shared<Sample>(shape);
         for (const Side& side : kSides) {

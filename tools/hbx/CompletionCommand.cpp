@@ -20,15 +20,19 @@ declare -gA _hbx_next=(
 constexpr const char* kTail = R"()
 
 _hbx() {
-    local current=${COMP_WORDS[COMP_CWORD]} last=$((COMP_CWORD - 1)) key=hbx i
+    local current=${COMP_WORDS[COMP_CWORD]} last=$((COMP_CWORD - 1)) key=hbx word i
     if [[ $current == '=' ]]; then # of "--to=x" bash makes three words
         current=''
     elif [[ ${COMP_WORDS[last]} == '=' ]]; then
         last=$((last - 1))
     fi
     for ((i = 1; i <= last; i++)); do
-        [[ ${COMP_WORDS[i]} != -* && -n ${_hbx_next["$key ${COMP_WORDS[i]}"]+known} ]] || break
-        key+=" ${COMP_WORDS[i]}"
+        word=${COMP_WORDS[i]}
+        if [[ $word == -* || -z ${_hbx_next["$key $word"]+known} ]]; then
+            [[ $word != -* && ${_hbx_next[$key]} == [a-z]* ]] && return # no area or verb: nothing fits behind it
+            break
+        fi
+        key+=" $word"
     done
     if [[ ${COMP_WORDS[last]} == -* && -n ${_hbx_next["$key ${COMP_WORDS[last]}"]+known} ]]; then
         key+=" ${COMP_WORDS[last]}"

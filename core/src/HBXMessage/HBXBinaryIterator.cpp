@@ -206,6 +206,19 @@ int HBXBinaryIterator::nextSibling(int id) const {
     return alive() && id > 0 ? moveTo(tree_->findFrom((*tree_)[node_].next, static_cast<Ref>(id))) : -1;
 }
 
+int HBXBinaryIterator::seekTo(const HBXMessageIterator& other) const {
+    if (typeid(other) != typeid(*this)) {
+        return -1;
+    }
+    const auto& there = static_cast<const HBXBinaryIterator&>(other);
+    if (there.tree_ != tree_) {
+        return -1;
+    }
+    node_ = there.node_;
+    generation_ = there.generation_;
+    return 0;
+}
+
 int HBXBinaryIterator::seekPath(std::string_view path) const {
     NodeIndex at = kRoot;
     while (!path.empty()) {
@@ -453,8 +466,7 @@ int HBXBinaryIterator::fromTextToChild(const char* text) { return message_->from
 HBXMessageIterator* HBXBinaryIterator::newIterator(bool same) const {
     auto* cursor = new HBXBinaryIterator(*message_);
     if (same) {
-        cursor->node_ = node_;
-        cursor->generation_ = generation_;
+        cursor->seekTo(*this);
     }
     return cursor;
 }

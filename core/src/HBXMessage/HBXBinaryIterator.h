@@ -31,6 +31,7 @@ public:
     using HBXMessageIterator::nextSibling;
     int nextSibling() const override;
     int nextSibling(int id) const override;
+    int seekTo(const HBXMessageIterator& other) const override;
 
     int curID() const override;
     int curNamespaceID() const override;

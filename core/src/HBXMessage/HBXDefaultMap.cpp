@@ -15,10 +15,18 @@ using internal::IdName;
 /// All names are known, so nobody can choose them.
 constexpr std::uint64_t hashName(std::string_view name) { return internal::hashName(name, 0); }
 
+/// Other bits of the hash than those that choose a slot.
+constexpr std::uint16_t tagOf(std::uint64_t hash) { return static_cast<std::uint16_t>(hash >> 48); }
+
 /// Both directions of one table: a dense array by id and an open-addressing hash by name, filled at compile
 /// time.
 template <std::size_t MaxId, std::size_t Slots>
 struct NameIndex {
+    struct Slot {
+        std::uint16_t tag;   ///< of the name's hash: most other names are told apart without a look at them
+        std::uint16_t index; ///< of the row + 1, 0 = free
+    };
+
     static_assert((Slots & (Slots - 1)) == 0);
 
     template <std::size_t N>
@@ -26,11 +34,12 @@ struct NameIndex {
         static_assert(N * 2 <= Slots, "a fuller hash table makes unknown names slow");
         for (std::size_t i = 0; i < N; ++i) {
             byId[static_cast<std::size_t>(rows[i].id)] = static_cast<std::uint16_t>(i + 1);
-            std::size_t slot = hashName(rows[i].name) & (Slots - 1);
-            while (byName[slot] != 0) {
+            const std::uint64_t hash = hashName(rows[i].name);
+            std::size_t slot = hash & (Slots - 1);
+            while (byName[slot].index != 0) {
                 slot = (slot + 1) & (Slots - 1);
             }
-            byName[slot] = static_cast<std::uint16_t>(i + 1);
+            byName[slot] = {tagOf(hash), static_cast<std::uint16_t>(i + 1)};
         }
     }
 
@@ -40,11 +49,11 @@ struct NameIndex {
     }
 
     int id(std::string_view name) const {
-        for (std::size_t slot = hashName(name) & (Slots - 1); byName[slot] != 0;
+        const std::uint64_t hash = hashName(name);
+        for (std::size_t slot = hash & (Slots - 1); byName[slot].index != 0;
              slot = (slot + 1) & (Slots - 1)) {
-            const IdName& row = table[byName[slot] - 1];
-            if (name == row.name) {
-                return row.id;
+            if (byName[slot].tag == tagOf(hash) && table[byName[slot].index - 1].name == name) {
+                return table[byName[slot].index - 1].id;
             }
         }
         return 0;
@@ -52,7 +61,7 @@ struct NameIndex {
 
     const IdName* table;
     std::array<std::uint16_t, MaxId + 1> byId{};
-    std::array<std::uint16_t, Slots> byName{};
+    std::array<Slot, Slots> byName{};
 };
 
 constexpr NameIndex<4095, 2048> kElements(internal::kElementNames);

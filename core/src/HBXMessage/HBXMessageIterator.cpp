@@ -68,6 +68,8 @@ int HBXMessageIterator::firstChild(const std::string& name) const {
     return id == 0 ? -1 : seek(id);
 }
 
+int HBXMessageIterator::seekTo(const HBXMessageIterator&) const { return -1; }
+
 int HBXMessageIterator::nextSibling(const std::string& name) const {
     const int id = idOfName(name);
     return id == 0 ? -1 : nextSibling(id);

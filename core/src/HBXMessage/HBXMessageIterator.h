@@ -47,6 +47,9 @@ public:
     virtual int nextSibling() const = 0;
     virtual int nextSibling(int id) const = 0;
     int nextSibling(const std::string& name) const;
+    /// Onto the element of another cursor of the same class on the same tree, or -1. As `newIterator(true)`
+    /// of the other one, but without a new cursor.
+    virtual int seekTo(const HBXMessageIterator& other) const;
 
     // --- the current element
 

@@ -40,7 +40,7 @@ public:
         if (table.text != nullptr) {
             return scalar(table.text->kind, *table.text, table.name, object);
         }
-        if (depth_ == internal::kMaxDepth) {
+        if (depth_ > internal::kMaxDepth) {
             return misfit(table.name, "a record within too many others");
         }
         ++depth_;

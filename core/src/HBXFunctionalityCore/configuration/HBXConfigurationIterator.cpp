@@ -121,7 +121,7 @@ HBXConfigurationIterator* HBXConfigurationIterator::getIterator() const {
 
 int HBXConfigurationIterator::seekRoot() {
     level_ = 0;
-    return iterator_->seek("/") == 0 && iterator_->seek(internal::kTop) == 0 ? 0 : -1;
+    return iterator_->seekRoot() == 0 && iterator_->seek(internal::kTop) == 0 ? 0 : -1;
 }
 
 int HBXConfigurationIterator::seekSubPath(const std::string& name) {
@@ -177,15 +177,20 @@ int HBXConfigurationIterator::adjustLevel() {
 
 void HBXConfigurationIterator::savePath() {
     demand(iterator_ != nullptr, __LINE__, "HBX::HBXConfigurationIterator::savePath");
-    savedIterator_.reset(iterator_->newIterator(true));
+    if (savedIterator_ == nullptr) {
+        savedIterator_ = std::move(spareIterator_);
+    }
+    if (savedIterator_.use_count() != 1 || savedIterator_->seekTo(*iterator_) != 0) {
+        savedIterator_.reset(iterator_->newIterator(true));
+    }
     savedLevel_ = level_;
 }
 
 void HBXConfigurationIterator::restorePath() {
     demand(savedIterator_ != nullptr, __LINE__, "HBX::HBXConfigurationIterator::restorePath");
     level_ = savedLevel_;
+    spareIterator_ = std::move(iterator_);
     iterator_ = std::move(savedIterator_);
-    savedIterator_.reset();
 }
 
 } // namespace HBX

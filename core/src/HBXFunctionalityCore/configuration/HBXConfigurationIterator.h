@@ -102,6 +102,7 @@ private:
     boost::shared_ptr<HBXMessageIterator> iterator_;
     int savedLevel_ = 0;
     boost::shared_ptr<HBXMessageIterator> savedIterator_;
+    boost::shared_ptr<HBXMessageIterator> spareIterator_; ///< spares the next saved one its allocation
     boost::intrusive_ptr<HBXMessage> message_;
 };
 

@@ -60,9 +60,10 @@ private:
                                                                                                         : -1;
     }
 
-    /// A built tree may be deeper than the stack, hence the limit.
+    /// A built tree may be deeper than the stack, hence the limit: as deep as encoded elements can be, and the
+    /// record at the top.
     bool readMembers(Place at, void* record, const HBXRecordTable& table) {
-        if (source_.recordDepth() == kMaxDepth) [[unlikely]] {
+        if (source_.recordDepth() > kMaxDepth) [[unlikely]] {
             return false;
         }
         ++source_.recordDepth();
