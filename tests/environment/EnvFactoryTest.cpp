@@ -61,19 +61,6 @@ TEST_F(EnvFactory, ReadsEnvironmentsIntoTheGenericClass) {
     EXPECT_EQ(made, before);
 }
 
-TEST_F(EnvFactory, KnowsTheLastUpdaterOfExactlyTheType) {
-    const auto first = boost::make_shared<TellingUpdater>();
-    const auto second = boost::make_shared<TellingUpdater>();
-    factory.registerEnvUpdater("generic", first);
-    EXPECT_EQ(factory.getEnvUpdater("own"), nullptr) << "no falling back";
-    factory.registerEnvUpdater("own", first);
-    factory.registerEnvUpdater("own", second);
-    EXPECT_EQ(factory.getEnvUpdater("own"), second);
-    factory.unregisterEnvUpdater("own");
-    EXPECT_EQ(factory.getEnvUpdater("own"), nullptr);
-    EXPECT_EQ(factory.getEnvUpdater("generic"), first);
-}
-
 TEST_F(EnvFactory, NullPointersEndTheProgram) {
     const struct {
         std::function<void()> call;
