@@ -67,8 +67,11 @@ TEST_F(EnvCommandTest, ATreeHoldsEveryEnvironmentOnce) {
         {{{eidOf(1), eidOf(9), 6, "orphan"}, {eidOf(2), eidOf(1), 6, "child"}},
          "orphan  parent " + eidOf(9) + " is not listed\n└─ child\n"},
         {{{eidOf(1), eidOf(1), 6, "own parent"}}, "own parent  parents go round in a circle\n"},
-        {{{eidOf(1), eidOf(3), 6, "b"}, {eidOf(2), eidOf(1), 6, "a below"}, {eidOf(3), eidOf(1), 6, "c"}},
-         "b  parents go round in a circle\n├─ a below\n└─ c\n"},
+        {{{kHost, eidOf(3), 6, "b"},
+          {eidOf(2), kHost, 6, "bb"},
+          {eidOf(3), kHost, 6, "c"},
+          {eidOf(4), eidOf(3), 6, "a"}},
+         "c  parents go round in a circle\n├─ a\n└─ b\n   └─ bb\n"},
     };
     for (const auto& [envs, shape] : rows) {
         std::filesystem::remove(cache_);
