@@ -45,6 +45,17 @@ TEST(Event, WritesInItsOrderAndStopsAtTheFirstFailure) {
     EXPECT_EQ(it->seekPresence(1134), -1);
 }
 
+TEST(Event, NeedsAllButTimeSubjectAndData) {
+    for (const int id : {1866, 1803, 1264, 1259, 1010, 1134, 1004, 1911, 1307}) {
+        const Cursor it = newCursor();
+        it->putObject(sampleEvent(), 0);
+        it->deleteChild(id);
+        HBXEvent event;
+        const bool mayBeAbsent = id == 1004 || id == 1911 || id == 1307;
+        EXPECT_EQ(it->getObject(event, 0), mayBeAbsent ? 0 : -1) << id;
+    }
+}
+
 TEST(Event, TakesAMissingTimeFromItsMessage) {
     const Message message = newMessage();
     const Cursor it = rootOf(message);

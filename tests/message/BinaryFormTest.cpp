@@ -46,6 +46,8 @@ TEST(BinaryForm, RefusesWhatIsNotWellFormed) {
         {messageOf(flaggedNode(1, 1, varint(0x80000000))), "a namespace number too large"},
         {messageOf(flaggedNode(1, 16, varint(2) + varint(4) + sized("") + varint(2) + sized(""))),
          "out of order"},
+        {messageOf(flaggedNode(1, 16, varint(2) + varint(4) + sized("") + varint(4) + sized(""))),
+         "one attribute twice"},
         {messageBytes(
              parentNode(0,
                         flaggedNode(1, 16, varint(2) + varint(1) + sized("") + varint(2 * 1026) + sized(""))),

@@ -131,6 +131,7 @@ TEST(Limits, HoldForTheSizeOfAMessageAndTheNamesInUse) {
     std::string bytes = "kept";
     EXPECT_EQ(encode([&](It& it) { return it.putValue(large, 5); }, bytes), -1);
     EXPECT_EQ(bytes, "kept");
+    EXPECT_EQ(encode([](It& it) { return nest(it, 256), it.putValue("x", 5); }, bytes), -1);
     const Cursor it = newCursor();
     it->putValue(large.substr(40), 5);
     EXPECT_EQ(it->toText(), nullptr);
