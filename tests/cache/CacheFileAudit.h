@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <string>
@@ -23,6 +24,12 @@ inline void writeFile(const std::string& path, const std::string& content) {
     std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
 }
 
+inline std::uint64_t numberAt(const std::string& content, std::size_t offset) {
+    std::uint64_t number = 0;
+    std::memcpy(&number, content.data() + offset, sizeof number);
+    return number;
+}
+
 /// Checks every count and every block of a cache file that nobody is changing at the moment.
 /// @return what is wrong, empty when nothing is.
 inline std::string auditFile(const std::string& name, const HBXCacheFormat& format) {
@@ -32,8 +39,7 @@ inline std::string auditFile(const std::string& name, const HBXCacheFormat& form
         return "a file is too short";
     }
     const auto& tables = *reinterpret_cast<const internal::Sidecar*>(lockFile.data());
-    std::map<std::uint64_t, std::uint32_t> counts{
-        {reinterpret_cast<const HBXCacheHead*>(content.data())->snapshot, 1}};
+    std::map<std::uint64_t, std::uint32_t> counts{{numberAt(content, offsetof(HBXCacheHead, snapshot)), 1}};
     for (const internal::SidecarPin& pin : tables.pins) {
         if (!pin.holder.isFree() && pin.generation == tables.head.generation) {
             counts[pin.snapshot] += pin.holder.references();

@@ -20,23 +20,23 @@ using internal::SidecarHead;
 
 constexpr std::uint64_t kKeys = 200;
 
-/// Both files of a cache.
-struct Shape {
-    std::string file;
-    std::string lockFile;
-};
-
 /// Rounds, each of which damages a cache and then uses it in every way.
 class Damager {
 public:
+    /// The content of both files of a cache.
+    struct Shape {
+        std::string file;
+        std::string lockFile;
+    };
+
     explicit Damager(std::string name) : name_(std::move(name)) {}
     void addShapes();
     void round(std::uint64_t seed);
 
 private:
-    TestCachePointer open() const { return TestCache::createInstance(name_, false, true, 0, 16, 4 << 20); }
+    TestCachePointer open() const { return openCache(name_, 4 << 20); }
     std::uint64_t below(std::uint64_t limit) { return random_() % limit; }
-    std::size_t choosePlace(const std::string& file, std::size_t& end);
+    std::pair<std::size_t, std::size_t> choosePlace(const std::string& file);
     void change(std::string& content, std::size_t begin, std::size_t end);
     void changeStored(const std::string& path, std::size_t begin, std::size_t end);
     void damageClosed(Shape shape);
@@ -50,7 +50,7 @@ private:
     std::mt19937_64 random_;
 };
 
-/// Empty; with a tail, small and big values; with a second snapshot; with removed entries.
+/// Empty; with a tail, small and big values; with a second snapshot and removed entries.
 void Damager::addShapes() {
     const auto add = [&] { shapes_.push_back({readFile(name_), readFile(name_ + ".lock")}); };
     const TestCachePointer cache = open();
@@ -64,25 +64,18 @@ void Damager::addShapes() {
         ASSERT_EQ(i % 7 == 0 ? cache->remove(keyOf(i)) : put(*cache, i, 2, i * 13 % 300), 0);
     }
     add();
-    for (std::uint64_t i = 0; i < kKeys; i += 9) {
-        ASSERT_EQ(cache->remove(keyOf(i)), 0);
-    }
-    add();
 }
 
 /// Anywhere, or where the structure is: header, current snapshot, one value with the head of its block.
-/// @param end  receives where the place ends.
-std::size_t Damager::choosePlace(const std::string& file, std::size_t& end) {
-    std::uint64_t snapshot = 0;
-    std::uint64_t value = 0;
-    std::memcpy(&snapshot, file.data() + offsetof(HBXCacheHead, snapshot), sizeof snapshot);
-    std::memcpy(&value, file.data() + snapshot + kSnapshotEntriesOffset + below(30) * 24 + 16, sizeof value);
+/// @return its begin and its end.
+std::pair<std::size_t, std::size_t> Damager::choosePlace(const std::string& file) {
+    const auto snapshot = numberAt(file, offsetof(HBXCacheHead, snapshot));
+    const auto value = numberAt(file, snapshot + kSnapshotEntriesOffset + below(30) * 24 + 16);
     const std::uint64_t inside = value > 16 && value < file.size() ? value : snapshot;
     const std::pair<std::size_t, std::size_t> places[] = {
         {0, file.size()}, {0, kCacheHeapBegin}, {snapshot - 16, 80}, {inside - 16, 64}};
     const auto [begin, length] = places[below(4)];
-    end = std::min(file.size(), begin + length);
-    return begin;
+    return {begin, std::min(file.size(), begin + length)};
 }
 
 /// Up to 30 bytes, often one or two, which do not give themselves away by others. Small numbers and single
@@ -146,8 +139,7 @@ void Damager::useRepaired() {
 }
 
 void Damager::damageClosed(Shape shape) {
-    std::size_t end = 0;
-    const std::size_t begin = choosePlace(shape.file, end);
+    const auto [begin, end] = choosePlace(shape.file);
     change(shape.file, begin, end);
     if (below(4) == 0) {
         shape.file.resize(below(shape.file.size()));
@@ -184,8 +176,7 @@ void Damager::damageOpen(const Shape& shape) {
     } else if (kind == 2) {
         std::filesystem::resize_file(name_, below(shape.file.size()));
     } else {
-        std::size_t end = 0;
-        const std::size_t begin = choosePlace(shape.file, end);
+        const auto [begin, end] = choosePlace(shape.file);
         changeStored(name_, begin, end);
     }
     use(*cache, {0, -1, -8, -14});
@@ -200,12 +191,7 @@ void Damager::round(std::uint64_t seed) {
 
 class DamageTest : public CacheTest {
 protected:
-    void SetUp() override {
-        if (access("/dev/shm", W_OK) == 0) {
-            setenv("TMPDIR", "/dev/shm", 1); // every round writes and syncs both files
-        }
-        CacheTest::SetUp();
-    }
+    static void SetUpTestSuite() { keepFilesInMemory(); } // every round writes and syncs both files
     /// In a process of its own, as a signal may end it: one of them when a round works for a second.
     void damage(std::uint64_t rounds) const {
         const Shared<std::atomic<std::uint64_t>> seed;

@@ -17,7 +17,7 @@ namespace {
 
 [[noreturn]] void perform(const std::vector<Puppet::Stage>& stages) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr); // refused: it is stopped by signals alone
+    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
     for (const Puppet::Stage& stage : stages) {
         raise(SIGSTOP);
         stage();
@@ -29,15 +29,12 @@ namespace {
 } // namespace
 
 bool Puppet::canStep() {
-    static const bool can = [] {
-        const pid_t pid = fork();
-        if (pid == 0) {
-            _exit(ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0 ? 0 : 1);
-        }
-        int status = 0;
-        return waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    }();
-    return can;
+    const pid_t pid = fork();
+    if (pid == 0) {
+        _exit(ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0 ? 0 : 1);
+    }
+    int status = 0;
+    return waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 Puppet::Puppet(const std::vector<Stage>& stages) : pid_(fork()) {
@@ -87,12 +84,7 @@ void Puppet::hastenFill(user_regs_struct& registers) {
     }
 }
 
-void Puppet::start() const { resume(false); }
-
 bool Puppet::resume(bool oneInstruction) const {
-    if (!canStep()) {
-        return ::kill(pid_, SIGCONT) == 0;
-    }
     return ptrace(oneInstruction ? PTRACE_SINGLESTEP : PTRACE_CONT, pid_, nullptr, nullptr) == 0;
 }
 

@@ -39,8 +39,6 @@ public:
     /// Performs the next stage up to a place where an earlier process came to by steps.
     /// @return false when it did not come there.
     bool runTo(const Place& place);
-    /// Begins the next stage without waiting for its end; only where stepping is not possible.
-    void start() const;
     void kill();
 
 private:

@@ -9,9 +9,6 @@ namespace HBX::test {
 
 namespace {
 
-constexpr std::size_t kMaximumLists = 8;
-constexpr std::size_t kMaximumFileSize = 1 << 20;
-
 void demand(bool success) {
     if (!success) {
         std::abort();
@@ -20,20 +17,9 @@ void demand(bool success) {
 
 } // namespace
 
-std::optional<Content> readList(const TestCache::ValuesList& list) {
-    Content content;
-    for (const TestValue& value : list) {
-        if (!value.isWhole()) {
-            return std::nullopt;
-        }
-        content[value.key] = {value.version, value.size};
-    }
-    return content;
-}
-
 void Actor::open() {
     replacedLists_ = lists_.size();
-    cache_ = TestCache::createInstance(name_, false, true, 0, kMaximumLists, kMaximumFileSize);
+    cache_ = openCache(name_, 1 << 20, 8);
     demand(cache_ != nullptr);
 }
 
@@ -55,20 +41,16 @@ void Actor::make(std::uint64_t number, std::uint64_t version, std::size_t size) 
 void Actor::store() {
     const TestValue& value = made_->value();
     demand(cache_->put(value.key, value) == 0);
-    if (model_ != nullptr) {
-        (*model_)[value.key] = {value.version, value.size};
-    }
+    model_[value.key] = {value.version, value.size};
 }
 
 void Actor::remove(std::uint64_t number) {
     demand(cache_->remove(stepKey(number)) == 0);
-    if (model_ != nullptr) {
-        model_->erase(stepKey(number));
-    }
+    model_.erase(stepKey(number));
 }
 
 void Actor::openList() {
-    lists_.push_back({cache_->getList(), model_ != nullptr ? *model_ : Content()});
+    lists_.push_back({cache_->getList(), model_});
     demand(lists_.back().list->holdsSnapshot());
 }
 
@@ -90,9 +72,7 @@ void Actor::removeFile(bool whatever) {
     std::string error;
     const auto remove = whatever ? removeCacheFile : removeLockedCacheFile;
     demand(remove(name_, TestCache::kFormat, error) == 0);
-    if (model_ != nullptr) {
-        model_->clear();
-    }
+    model_.clear();
 }
 
 void Actor::abandonFile() {
@@ -100,9 +80,7 @@ void Actor::abandonFile() {
     constexpr std::uint32_t kInvalid = 0;
     demand(pwrite(file, &kInvalid, sizeof kInvalid, kCacheValidOffset) == sizeof kInvalid);
     ::close(file);
-    if (model_ != nullptr) {
-        model_->clear();
-    }
+    model_.clear();
 }
 
 std::optional<Content> Actor::read() {

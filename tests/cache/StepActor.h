@@ -13,11 +13,8 @@ inline HBXGUIDBase stepKey(std::uint64_t number) {
     return {static_cast<std::int64_t>(number << 56), static_cast<std::int64_t>(number)};
 }
 
-/// Everything in a list; nothing when a value is not whole.
-std::optional<Content> readList(const TestCache::ValuesList& list);
-
-/// Does things to a cache and notes in a model, if there is one, what the cache must hold then. What fails
-/// ends the process: the scripts of actors contain nothing that may fail.
+/// Does things to a cache and notes in a model what the cache must hold then, if nobody else changes it. What
+/// fails ends the process: the scripts of actors contain nothing that may fail.
 class Actor {
 public:
     struct OpenList {
@@ -25,7 +22,7 @@ public:
         Content content; ///< Of the model when the list was opened.
     };
 
-    explicit Actor(std::string name, Content* model = nullptr) : name_(std::move(name)), model_(model) {}
+    explicit Actor(std::string name) : name_(std::move(name)) {}
 
     void open();
     void close();
@@ -48,6 +45,7 @@ public:
     std::optional<Content> read();
 
     const std::string& name() const { return name_; }
+    const Content& model() const { return model_; }
     bool isOpen() const { return cache_ != nullptr; }
     const std::vector<OpenList>& lists() const { return lists_; }
     /// How many of the lists are over the file that is open now, and not over one that it replaced.
@@ -55,7 +53,7 @@ public:
 
 private:
     std::string name_;
-    Content* model_;
+    Content model_;
     TestCachePointer cache_;
     std::optional<ValueBuffer> made_;
     std::vector<OpenList> lists_;

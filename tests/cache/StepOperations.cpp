@@ -68,30 +68,21 @@ void holdOldSnapshot(Actor& actor) {
     changeTwo(actor);
 }
 
-void makeNew(Actor& actor) {
+template <std::uint64_t Number, std::size_t Size = kSize>
+void make(Actor& actor) {
     actor.open();
-    actor.make(45, 2, kSize);
+    actor.make(Number, 2, Size);
 }
-void makeLast(Actor& actor) {
-    actor.open();
-    actor.make(130, 2, kSize);
-}
-void makeReplacement(Actor& actor) {
-    actor.open();
-    actor.make(40, 2, 2 * kSize);
-}
-void makeForTail(Actor& actor) {
-    actor.open();
-    actor.make(35, 2, kSize);
-}
+constexpr Script makeNew = make<45>;
+constexpr Script makeLast = make<130>;
+constexpr Script makeReplacement = make<40, 2 * kSize>;
+constexpr Script makeForTail = make<35>;
+constexpr Script makeLarge = make<45, 1500>;
+
 void makeRemoved(Actor& actor) {
     actor.open();
     actor.remove(20);
     actor.make(20, 2, kSize);
-}
-void makeLarge(Actor& actor) {
-    actor.open();
-    actor.make(45, 2, 1500);
 }
 /// The mapping cannot take in what the file grows by.
 void makeLargeInSmallMapping(Actor& actor) {

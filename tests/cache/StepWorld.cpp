@@ -1,14 +1,8 @@
 #include "StepWorld.h"
 
-#include <cstddef>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include "CacheFileAudit.h"
 
 #include <HBXCommon/HBXLog.h>
-#include <HBXCore/internal/CacheAudit.h>
-#include <HBXCore/internal/CacheHeader.h>
-#include <HBXCore/internal/Sidecar.h>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,32 +14,11 @@ namespace {
 using internal::Sidecar;
 using internal::SidecarHead;
 
-/// In memory where that is possible: every state becomes a file.
-std::string makeFolder() {
-    const std::filesystem::path memory = "/dev/shm";
-    const bool usable = access(memory.c_str(), W_OK) == 0;
-    std::string folder =
-        ((usable ? memory : std::filesystem::temp_directory_path()) / "hbx-step-XXXXXX").string();
-    if (mkdtemp(folder.data()) == nullptr) {
-        std::abort();
-    }
-    return folder;
-}
-
 /// The parts of the lock file that a handful of processes use.
 std::vector<WatchedFile::Range> rangesOfLockFile() {
     constexpr std::size_t kFew = 8;
     return {{0, offsetof(Sidecar, attachments) + kFew * sizeof(internal::SidecarAttachment)},
             {offsetof(Sidecar, pins), kFew * sizeof(internal::SidecarPin)}};
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void writeFile(const std::string& path, const std::vector<char>& bytes) {
-    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 /// A kill leaves nothing that is worth a line in the log: what is logged meanwhile is a finding.
@@ -63,11 +36,18 @@ private:
     Finding finding_;
 };
 
-/// Only this process may stand in the tables.
-Finding checkTables(const Sidecar& tables) {
-    const auto self = static_cast<std::uint32_t>(getpid());
+/// Goes through everything in the files. Only this process may stand in the tables.
+Finding audit(const std::string& name) {
+    if (Finding finding = auditFile(name, TestCache::kFormat); !finding.empty()) {
+        return finding;
+    }
+    const std::string lockFile = readFile(name + ".lock");
+    const auto& tables = *reinterpret_cast<const Sidecar*>(lockFile.data());
+    if (tables.head.fileSize != std::filesystem::file_size(name)) {
+        return "the noted size is not the file's";
+    }
     for (const internal::SidecarAttachment& process : tables.attachments) {
-        if (process.inUse != 0 && process.pid != self) {
+        if (process.inUse != 0 && process.pid != static_cast<std::uint32_t>(getpid())) {
             return "a dead process is still attached";
         }
     }
@@ -77,35 +57,6 @@ Finding checkTables(const Sidecar& tables) {
         }
     }
     return {};
-}
-
-/// Goes through everything in the file: all counts, and every byte either in use or free.
-Finding audit(const std::string& name) {
-    const std::string lockBytes = readFile(name + ".lock");
-    std::string data = readFile(name); // comes from new, hence aligned
-    const auto tables = std::make_unique<Sidecar>();
-    std::memcpy(tables.get(), lockBytes.data(), std::min(lockBytes.size(), sizeof(Sidecar)));
-    if (tables->head.fileSize != data.size()) {
-        return "the noted size is not the file's";
-    }
-    std::map<std::uint64_t, std::uint32_t> counts{{internal::headOf(data.data()).snapshot, 1}};
-    for (const internal::SidecarPin& pin : tables->pins) {
-        if (!pin.holder.isFree() && pin.generation == tables->head.generation) {
-            counts[pin.snapshot] += pin.holder.references();
-        }
-    }
-    std::vector<internal::CacheRoot> roots;
-    roots.reserve(counts.size());
-    for (const auto& [offset, references] : counts) {
-        roots.push_back({offset, references});
-    }
-    try {
-        const internal::CacheView view(data.data(), data.size(), TestCache::kFormat);
-        internal::CacheAudit(data.data(), view, roots).check();
-    } catch (const internal::CacheDamage& damage) {
-        return std::string("audit: ") + damage.what;
-    }
-    return checkTables(*tables);
 }
 
 Finding checkStatus(Actor& actor, const Content& content) {
@@ -151,11 +102,7 @@ Finding firstOf(Checks... checks) {
 // --- arranging ---
 
 World::World(const Operation& operation, bool withRepairer)
-    : folder_(makeFolder()),
-      name_(folder_ + "/cache"),
-      data_(name_, {}),
-      lock_(name_ + ".lock", rangesOfLockFile()),
-      bystander_(name_, &model_) {
+    : data_(name_, {{0, std::string::npos}}), lock_(name_ + ".lock", rangesOfLockFile()), bystander_(name_) {
     TestManager::wishes = Wishes();
     // All are forked off before anything is open here, so that they inherit nothing.
     const auto stage = [](Actor& actor, Script script) {
@@ -178,30 +125,17 @@ World::World(const Operation& operation, bool withRepairer)
     hasChanged();
 }
 
-World::~World() {
-    performer_.reset();
-    repairer_.reset();
-    bystander_.close();
-    std::filesystem::remove_all(folder_);
-}
-
 Expected World::rehearse(const Operation& operation) {
-    const std::string folder = makeFolder();
+    const ScratchFolder folder;
     Expected expected;
-    Content model;
-    {
-        Actor actor(folder + "/cache", &model);
-        for (const Script script :
-             {operation.before, operation.doomed, operation.prepare, operation.meanwhile}) {
-            script != nullptr ? script(actor) : void();
-        }
-        expected.before = model;
-        operation.operation(actor);
-        expected.after = model;
-        EXPECT_EQ(actor.read(), model) << operation.name;
+    Actor actor(folder.path("cache"));
+    for (const Script script : {operation.before, operation.doomed, operation.prepare, operation.meanwhile}) {
+        script != nullptr ? script(actor) : void();
     }
-    TestManager::wishes = Wishes();
-    std::filesystem::remove_all(folder);
+    expected.before = actor.model();
+    operation.operation(actor);
+    expected.after = actor.model();
+    EXPECT_EQ(actor.read(), expected.after) << operation.name;
     return expected;
 }
 
@@ -224,7 +158,7 @@ bool World::isLocked() const {
 
 /// The copy of the lock file names the copy of the data file if the original names the original.
 void World::writeCopy() const {
-    const std::string copy = folder_ + "/copy";
+    const std::string copy = folder_.path("copy");
     unlink(copy.c_str());
     unlink((copy + ".lock").c_str());
     if (data_.exists()) {
@@ -233,7 +167,7 @@ void World::writeCopy() const {
     if (!lock_.exists()) {
         return;
     }
-    std::vector<char> bytes = lock_.bytes();
+    std::string bytes = lock_.bytes();
     struct stat status {};
     if (bytes.size() >= sizeof(Sidecar) && stat(copy.c_str(), &status) == 0) {
         auto& head = *reinterpret_cast<SidecarHead*>(bytes.data());
@@ -245,7 +179,7 @@ void World::writeCopy() const {
 Finding World::checkCopy(const Expected& expected) const {
     const QuietLog log;
     writeCopy();
-    Actor actor(folder_ + "/copy");
+    Actor actor(folder_.path("copy"));
     const auto repair = [&] { // who opens a cache alone repairs it, whatever it looks like
         actor.open();
         actor.close();

@@ -24,9 +24,6 @@ class World {
 public:
     /// @param withRepairer  whether there is to be one; otherwise it is the bystander who repairs.
     World(const Operation& operation, bool withRepairer);
-    ~World();
-    World(const World&) = delete;
-    World& operator=(const World&) = delete;
 
     /// Performs the whole operation in this process, in a folder of its own: tells what is to be expected,
     /// and lets the dynamic linker find every function that will be stepped through.
@@ -49,11 +46,10 @@ private:
     void writeCopy() const;
     void demandRebuild() const;
 
-    std::string folder_;
-    std::string name_;
+    ScratchFolder folder_;
+    std::string name_ = folder_.path("cache");
     WatchedFile data_;
     WatchedFile lock_;
-    Content model_;
     Actor bystander_;
     std::unique_ptr<Puppet> performer_;
     std::unique_ptr<Puppet> repairer_;

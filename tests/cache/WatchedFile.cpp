@@ -1,7 +1,6 @@
 #include "WatchedFile.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -12,50 +11,42 @@ namespace HBX::test {
 
 bool WatchedFile::hasChanged() {
     const bool another = follow();
-    const std::vector<Range> whole{{0, bytes_.size()}};
-    const std::vector<Range>& ranges = ranges_.empty() ? whole : ranges_;
-    const bool changed = another || std::any_of(ranges.begin(), ranges.end(),
-                                                [&](const Range& range) { return differs(range); });
-    if (changed && memory_ != nullptr) {
-        std::memcpy(bytes_.data(), memory_, bytes_.size());
+    const auto differs = [&](const Range& range) {
+        const std::size_t begin = std::min(range.begin, memory_.size());
+        return memory_.substr(begin, range.size) != std::string_view(bytes_).substr(begin, range.size);
+    };
+    const bool changed = another || std::any_of(ranges_.begin(), ranges_.end(), differs);
+    if (changed) {
+        bytes_ = memory_;
     }
     return changed;
 }
 
-/// @return whether the name stands for another file, or for a longer one.
+/// @return whether the name stands for another file, or for one of another length.
 bool WatchedFile::follow() {
     struct stat status {};
     if (stat(path_.c_str(), &status) != 0) {
         status = {};
     }
     const auto size = static_cast<std::size_t>(status.st_size);
-    if (status.st_ino == inode_ && size == bytes_.size()) {
+    if (status.st_ino == inode_ && size == memory_.size()) {
         return false;
     }
     unmap();
     inode_ = status.st_ino;
-    bytes_.assign(size, 0);
     if (size > 0) {
         const int file = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC);
-        memory_ = static_cast<const char*>(mmap(nullptr, size, PROT_READ, MAP_SHARED, file, 0));
+        memory_ = {static_cast<const char*>(mmap(nullptr, size, PROT_READ, MAP_SHARED, file, 0)), size};
         ::close(file);
     }
     return true;
 }
 
 void WatchedFile::unmap() {
-    if (memory_ != nullptr) {
-        munmap(const_cast<char*>(memory_), bytes_.size());
-        memory_ = nullptr;
+    if (!memory_.empty()) {
+        munmap(const_cast<char*>(memory_.data()), memory_.size());
+        memory_ = {};
     }
-}
-
-bool WatchedFile::differs(const Range& range) const {
-    if (range.begin >= bytes_.size()) {
-        return false;
-    }
-    const std::size_t size = std::min(range.size, bytes_.size() - range.begin);
-    return std::memcmp(memory_ + range.begin, bytes_.data() + range.begin, size) != 0;
 }
 
 } // namespace HBX::test

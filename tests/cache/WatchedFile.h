@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <sys/types.h>
@@ -15,7 +16,7 @@ public:
         std::size_t size;
     };
 
-    /// @param ranges  outside of them nothing changes; empty for the whole file.
+    /// @param ranges  outside of them nothing changes.
     WatchedFile(std::string path, std::vector<Range> ranges)
         : path_(std::move(path)), ranges_(std::move(ranges)) {}
     ~WatchedFile() { unmap(); }
@@ -27,18 +28,17 @@ public:
     bool exists() const { return inode_ != 0; }
     ino_t inode() const { return inode_; }
     /// Of the last call.
-    const std::vector<char>& bytes() const { return bytes_; }
+    const std::string& bytes() const { return bytes_; }
 
 private:
     bool follow();
     void unmap();
-    bool differs(const Range& range) const;
 
     std::string path_;
     std::vector<Range> ranges_;
     ino_t inode_ = 0;
-    const char* memory_ = nullptr;
-    std::vector<char> bytes_;
+    std::string_view memory_;
+    std::string bytes_;
 };
 
 } // namespace HBX::test

@@ -1,5 +1,4 @@
 #include <HBXCommon/HBXErrorMessage.h>
-#include <HBXCommon/HBXInstanceFolders.h>
 #include <HBXCommon/HBXLock.h>
 #include <HBXCommon/HBXTLS.h>
 
@@ -70,16 +69,6 @@ TEST(ErrorMessage, NamesActionObjectAndCauseAndBelongsToItsThread) {
     EXPECT_EQ(getErrorMessage(), "Cannot open \"/a/b\": Permission denied");
     clearErrorMessage();
     EXPECT_EQ(getErrorMessage(), "");
-}
-
-TEST(InstanceFolders, ComeFromTheProviderOrElseFromTheBuild) {
-    EXPECT_EQ(getConfigurationFile(), HBXInstanceFolders::etc() + "/agent.xml");
-    const std::string built = getConfigurationFile();
-    setFolderProvider({.etc = [] { return "/scratch"; }, .configurationFile = nullptr});
-    EXPECT_EQ(HBXInstanceFolders::etc(), "/scratch");
-    EXPECT_EQ(getConfigurationFile(), built);
-    setFolderProvider({});
-    EXPECT_NE(HBXInstanceFolders::etc(), "/scratch");
 }
 
 } // namespace
