@@ -129,8 +129,7 @@ inline int put(TestCache& cache, std::uint64_t number, std::uint64_t version, st
 using Content = std::map<HBXGUIDBase, std::pair<std::uint64_t, std::uint64_t>>;
 
 /// Everything in a list; nothing when a value is not whole.
-template <class List>
-std::optional<Content> readList(const List& list) {
+inline std::optional<Content> readList(const TestCache::ValuesList& list) {
     Content content;
     for (const TestValue& value : list) {
         if (!value.isWhole()) {
@@ -166,9 +165,7 @@ class CacheTest : public ::testing::Test, protected ScratchFolder {
 protected:
     void SetUp() override { TestManager::wishes = Wishes(); }
 
-    TestCachePointer open(std::size_t maximumFileSize = 64 << 20, std::size_t maximumLists = 16) const {
-        return openCache(name_, maximumFileSize, maximumLists);
-    }
+    TestCachePointer open() const { return openCache(name_); }
 
     std::string name_ = path("cache");
 };

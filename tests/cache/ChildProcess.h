@@ -28,11 +28,19 @@ public:
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
+    pid_t pid() const { return pid_; }
     void signal(int number) const { ::kill(pid_, number); }
-    void waitUntilStopped() const { waitFor(WUNTRACED); }
+    /// @return the signal that stopped it, 0 when it has ended.
+    int waitUntilStopped() const {
+        const int status = waitFor(WUNTRACED);
+        return WIFSTOPPED(status) ? WSTOPSIG(status) : 0;
+    }
     /// @return what `work` gave, or 1000 and the signal that ended it.
     int wait() {
-        const int status = waitFor(0);
+        int status = waitFor(0);
+        while (WIFSTOPPED(status)) { // also said of one that is traced
+            status = waitFor(0);
+        }
         pid_ = 0;
         return WIFSIGNALED(status) ? 1000 + WTERMSIG(status) : WEXITSTATUS(status);
     }

@@ -19,16 +19,14 @@ protected:
         CacheTest::SetUp();
         ASSERT_EQ(put(*open(), 1, 1, 100), 0);
     }
-    void setField(std::size_t offset, std::uint32_t value) const {
-        std::fstream file(name_, std::ios::in | std::ios::out | std::ios::binary);
-        file.seekp(static_cast<std::streamoff>(offset));
-        file.write(reinterpret_cast<const char*>(&value), sizeof value);
-    }
 };
 
-TEST_F(HeaderTest, ANewFileHasTheBytesThatOthersExpect) {
+TEST_F(HeaderTest, OpeningOnlyAlsoMakesAFileWithTheBytesThatOthersExpect) {
     const std::string other = path("other");
-    ASSERT_NE(openCache(other), nullptr);
+    ASSERT_NE(TestCache::createInstance(other, true, true, 0, 16, 1 << 20), nullptr);
+    for (const std::string& file : {other, other + ".lock"}) {
+        EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms{0600}) << file;
+    }
     const std::string content = readFile(other);
     ASSERT_EQ(content.size(), kPage);
     constexpr unsigned char kExpected[] = {0x03, 0xFE, 0xCE, 0xCA, 0x4D, 0, 0, 0, 0x10, 0, 0, 0, 0xE1, 0,
@@ -38,62 +36,35 @@ TEST_F(HeaderTest, ANewFileHasTheBytesThatOthersExpect) {
     EXPECT_EQ(numberAt(content, 40), kCacheHeapBegin + 16) << "the snapshot";
 }
 
-struct FieldRow {
-    std::size_t offset;
-    std::uint32_t wrong;
-    std::uint32_t right;
-    int code;
-};
-
-/// In the order in which they are validated.
-constexpr FieldRow kFields[] = {
-    {73, 0, 1, -14},          {53, 78, 77, -11},   {57, 20, 16, -13},
-    {49, 1, 0xCACEFE03, -12}, {61, 224, 225, -15}, {65, 47, TestValue::kFixedSize, -16},
-};
-
-TEST_F(HeaderTest, FieldsAreValidatedInTheirOrder) {
-    for (const FieldRow& row : kFields) {
-        setField(row.offset, row.wrong);
-    }
-    for (const FieldRow& row : kFields) {
-        EXPECT_EQ(OpenCache::tryOpen(name_, false), row.code);
-        setField(row.offset, row.right);
-    }
-    EXPECT_EQ(OpenCache::tryOpen(name_, false), 0);
-    EXPECT_EQ(contentOf(*open()).size(), 1U);
-}
-
-TEST_F(HeaderTest, SomeFieldsAreNotValidated) {
-    setField(69, 7);
-    setField(73, 2);
-    EXPECT_EQ(OpenCache::tryOpen(name_, false), 0);
-    EXPECT_EQ(contentOf(*open()).size(), 1U);
-    setField(40, 0);
-    EXPECT_EQ(OpenCache::tryOpen(name_, false), -8) << "a finished header without a snapshot";
-}
-
+/// Each field is wrong together with all that are validated after it.
 TEST_F(HeaderTest, CreatorsReplaceWhatIsRefusedAndOthersLeaveIt) {
-    for (const FieldRow& row : kFields) {
+    const struct {
+        std::size_t offset;
+        std::uint32_t wrong;
+        int code;
+    } rows[] = {{73, 0, -14}, {53, 78, -11}, {57, 20, -13}, {49, 1, -12}, {61, 224, -15}, {65, 47, -16}};
+    for (const auto* row = std::begin(rows); row != std::end(rows); ++row) {
         ASSERT_EQ(put(*open(), 1, 1, 100), 0);
-        setField(row.offset, row.wrong);
+        std::for_each(row, std::end(rows), [&](const auto& r) { writeNumberAt(name_, r.offset, r.wrong); });
         const std::string before = readFile(name_);
-        EXPECT_EQ(TestCache::createInstance(name_, true, true, 0, 16, 64 << 20), nullptr) << row.code;
+        EXPECT_EQ(TestCache::createInstance(name_, true, true, 0, 16, 64 << 20), nullptr) << row->code;
         EXPECT_EQ(readFile(name_), before);
-        EXPECT_EQ(OpenCache::tryOpen(name_, true), row.code);
+        EXPECT_EQ(OpenCache::tryOpen(name_, true), row->code);
         EXPECT_EQ(static_cast<std::uint32_t>(numberAt(readFile(name_), 73)), 0U)
             << "marked, so that the next creator replaces it";
         const TestCachePointer cache = open();
-        ASSERT_NE(cache, nullptr) << row.code;
+        ASSERT_NE(cache, nullptr) << row->code;
         EXPECT_TRUE(contentOf(*cache).empty());
     }
 }
 
-TEST_F(HeaderTest, OpeningOnlyAlsoMakesAFileWhereNoneIs) {
-    const std::string other = path("other");
-    EXPECT_NE(TestCache::createInstance(other, true, true, 0, 16, 1 << 20), nullptr);
-    for (const std::string& file : {other, other + ".lock"}) {
-        EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms{0600}) << file;
-    }
+TEST_F(HeaderTest, SomeFieldsAreNotValidated) {
+    writeNumberAt(name_, 69, 7);
+    writeNumberAt(name_, 73, 2);
+    EXPECT_EQ(OpenCache::tryOpen(name_, false), 0);
+    EXPECT_EQ(contentOf(*open()).size(), 1U);
+    writeNumberAt(name_, 40, 0);
+    EXPECT_EQ(OpenCache::tryOpen(name_, false), -8) << "a finished header without a snapshot";
 }
 
 TEST(CacheSizesTest, FilesGrowByAFifthOrFiveTimesTheRequest) {

@@ -1,10 +1,8 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
-#include <memory>
 #include <random>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -21,20 +19,15 @@ constexpr std::uint64_t kLargest = 1 << 20;
 /// The heap alone in ordinary memory, and what it should hold.
 class HeapTest : public ::testing::Test {
 protected:
-    HeapTest() : memory_(static_cast<char*>(std::aligned_alloc(64, kLargest)), &std::free) { create(); }
+    HeapTest() { heap().create(kCacheHeaderSize, 8192); }
 
-    void create() {
-        std::memset(memory_.get(), 0xAB, kLargest);
-        heap().create(kCacheHeaderSize, 8192);
-        used_.clear();
-    }
-    Heap heap() const { return Heap(memory_.get()); }
-    HBXHeapState& state() const { return *reinterpret_cast<HBXHeapState*>(memory_.get()); }
+    Heap heap() { return Heap(memory_.data()); }
+    const HBXHeapState& state() const { return *reinterpret_cast<const HBXHeapState*>(memory_.data()); }
 
     std::uint64_t allocate(std::uint64_t size) {
         const std::uint64_t offset = heap().allocate(size);
         if (offset != 0) {
-            std::memset(memory_.get() + offset, 0xAB, size);
+            memory_.replace(offset, size, size, '\xAB');
             used_[offset] = size;
         }
         return offset;
@@ -44,7 +37,7 @@ protected:
         used_.erase(offset);
     }
     /// Offset and size of all that lies between the blocks in use.
-    std::map<std::uint64_t, std::uint64_t> gaps() const {
+    std::map<std::uint64_t, std::uint64_t> gaps() {
         std::map<std::uint64_t, std::uint64_t> gaps;
         std::uint64_t reached = kCacheHeapBegin;
         for (const auto& [offset, size] : used_) {
@@ -54,8 +47,23 @@ protected:
         gaps[reached] = state().end - Heap::kHeadSize - reached;
         return gaps;
     }
-    std::string bytes() const { return {memory_.get(), state().end}; }
-    void expectBestFit(std::uint64_t size);
+    /// Takes `size` bytes, which must come out of the smallest gap that is large enough.
+    void expectBestFit(std::uint64_t size) {
+        const auto before = gaps();
+        std::uint64_t smallest = 0;
+        for (const auto& [offset, gap] : before) {
+            if (gap >= Heap::blockSize(size) && (smallest == 0 || gap < smallest)) {
+                smallest = gap;
+            }
+        }
+        const std::uint64_t offset = allocate(size);
+        ASSERT_EQ(offset != 0, smallest != 0) << size;
+        if (offset != 0) {
+            const auto gap = before.find(offset - Heap::kHeadSize);
+            ASSERT_NE(gap, before.end()) << "not at the beginning of a gap";
+            ASSERT_EQ(gap->second, smallest);
+        }
+    }
     void rebuild() {
         Heap made = heap();
         made.beginRebuild(state().end);
@@ -65,27 +73,9 @@ protected:
         made.finishRebuild();
     }
 
-    std::unique_ptr<char, decltype(&std::free)> memory_;
+    std::string memory_ = std::string(kLargest, '\xAB'); // comes from new, hence aligned
     std::map<std::uint64_t, std::uint64_t> used_;
 };
-
-/// Takes `size` bytes, which must come out of the smallest gap that is large enough.
-void HeapTest::expectBestFit(std::uint64_t size) {
-    const auto before = gaps();
-    std::uint64_t smallest = 0;
-    for (const auto& [offset, gap] : before) {
-        if (gap >= Heap::blockSize(size) && (smallest == 0 || gap < smallest)) {
-            smallest = gap;
-        }
-    }
-    const std::uint64_t offset = allocate(size);
-    ASSERT_EQ(offset != 0, smallest != 0) << size;
-    if (offset != 0) {
-        const auto gap = before.find(offset - Heap::kHeadSize);
-        ASSERT_NE(gap, before.end()) << "not at the beginning of a gap";
-        ASSERT_EQ(gap->second, smallest);
-    }
-}
 
 TEST_F(HeapTest, TakesTheBestFitAndNeverContradictsItself) {
     std::mt19937_64 random(11);
@@ -105,9 +95,9 @@ TEST_F(HeapTest, TakesTheBestFitAndNeverContradictsItself) {
             rebuild();
             ASSERT_NO_THROW(heap().check());
             ASSERT_LE(state().total, total) << "what a block had beyond need may only go to a free neighbour";
-            const std::string rebuilt = bytes();
+            const std::string rebuilt = memory_;
             rebuild();
-            ASSERT_TRUE(bytes() == rebuilt) << step;
+            ASSERT_TRUE(memory_ == rebuilt) << step;
         }
     }
     while (!used_.empty()) {
@@ -133,23 +123,24 @@ TEST_F(HeapTest, NoticesDoubleAndWildFrees) {
     release(second);
     release(third); // joins the one before: its old head lies inside a free block
     const std::uint64_t end = state().end;
-    const std::string before = bytes();
+    const std::string before = memory_;
     for (const std::uint64_t wild : {second, third, first + 8, first + 32, fourth + 208, end,
                                      std::uint64_t{0}, kCacheHeapBegin, ~std::uint64_t{15}}) {
         EXPECT_THROW(heap().free(wild), internal::CacheDamage) << wild;
     }
-    EXPECT_TRUE(bytes() == before);
+    EXPECT_TRUE(memory_ == before);
 }
 
 /// A free block holds its two children behind its head.
 TEST_F(HeapTest, NoticesCirclesAmongFreeBlocks) {
-    for (const std::uint64_t child : {std::uint64_t{0}, std::uint64_t{1}}) {
-        create();
-        const std::uint64_t first = allocate(200);
-        allocate(64);
-        release(first);
-        const std::uint64_t circle = first - Heap::kHeadSize;
-        std::memcpy(memory_.get() + first + child * 8, &circle, sizeof circle);
+    const std::uint64_t first = allocate(200);
+    allocate(64);
+    release(first);
+    const std::uint64_t circle = first - Heap::kHeadSize;
+    const std::string whole = memory_;
+    for (const std::uint64_t child : {first, first + 8}) {
+        memory_ = whole;
+        std::memcpy(memory_.data() + child, &circle, sizeof circle);
         EXPECT_THROW(heap().check(), internal::CacheDamage);
         const auto allocateAll = [&] {
             for (std::uint64_t size = 3'000; size > 200; size -= 100) {

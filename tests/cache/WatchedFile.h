@@ -1,10 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <sys/types.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace HBX::test {
 
@@ -24,15 +28,49 @@ public:
     WatchedFile& operator=(const WatchedFile&) = delete;
 
     /// Whether it is another file or holds other bytes than at the last call.
-    bool hasChanged();
+    bool hasChanged() {
+        const bool another = follow();
+        const auto differs = [&](const Range& range) {
+            const std::size_t begin = std::min(range.begin, memory_.size());
+            return memory_.substr(begin, range.size) != std::string_view(bytes_).substr(begin, range.size);
+        };
+        const bool changed = another || std::any_of(ranges_.begin(), ranges_.end(), differs);
+        if (changed) {
+            bytes_ = memory_;
+        }
+        return changed;
+    }
     bool exists() const { return inode_ != 0; }
     ino_t inode() const { return inode_; }
     /// Of the last call.
     const std::string& bytes() const { return bytes_; }
 
 private:
-    bool follow();
-    void unmap();
+    /// @return whether the name stands for another file, or for one of another length.
+    bool follow() {
+        struct stat status {};
+        if (stat(path_.c_str(), &status) != 0) {
+            status = {};
+        }
+        const auto size = static_cast<std::size_t>(status.st_size);
+        if (status.st_ino == inode_ && size == memory_.size()) {
+            return false;
+        }
+        unmap();
+        inode_ = status.st_ino;
+        if (size > 0) {
+            const int file = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC);
+            memory_ = {static_cast<const char*>(mmap(nullptr, size, PROT_READ, MAP_SHARED, file, 0)), size};
+            ::close(file);
+        }
+        return true;
+    }
+    void unmap() {
+        if (!memory_.empty()) {
+            munmap(const_cast<char*>(memory_.data()), memory_.size());
+            memory_ = {};
+        }
+    }
 
     std::string path_;
     std::vector<Range> ranges_;
