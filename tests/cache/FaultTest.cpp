@@ -1,13 +1,11 @@
 #include "CacheFileAudit.h"
 #include "CacheTestUtil.h"
-#include "ChildProcess.h"
+#include "support/ChildProcess.h"
 
 #include <atomic>
 #include <chrono>
-#include <csignal>
 #include <functional>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace HBX::test {
@@ -28,13 +26,6 @@ protected:
 };
 
 // --- no room ---
-
-/// The limit stands for a full disk.
-void limitFileSize(std::uint64_t size) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{size, RLIM_INFINITY};
-    setrlimit(RLIMIT_FSIZE, &limit);
-}
 
 TEST_F(FaultTest, WithoutRoomNothingChanges) {
     const struct {

@@ -1,6 +1,6 @@
 #include "CacheFileAudit.h"
 #include "CacheTestUtil.h"
-#include "ChildProcess.h"
+#include "support/ChildProcess.h"
 
 #include <atomic>
 

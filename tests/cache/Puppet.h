@@ -12,7 +12,7 @@
 #include <sys/uio.h>
 #include <sys/user.h>
 
-#include "ChildProcess.h"
+#include "support/ChildProcess.h"
 
 namespace HBX::test {
 

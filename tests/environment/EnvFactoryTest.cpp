@@ -32,7 +32,6 @@ TEST_F(EnvFactory, MakesEnvironmentsOfTheRegisteredType) {
     const Core core = coreOf("");
     core->type = "own";
     EXPECT_FALSE(isOwn(envOver(core)));
-    EXPECT_EQ(recordOf(*envOver(core)), core);
     EXPECT_EQ(factory.createEnv("own")->getType().str(), "own");
 
     factory.registerEnv("own", boost::make_shared<OwnChildFactory>());
@@ -50,13 +49,12 @@ TEST_F(EnvFactory, ReadsEnvironmentsIntoTheGenericClass) {
     const Cursor it = newCursor();
     const HBXEnv env(HBXEID(HBXGUID(1, 2)), boost::make_shared<HBXEnvConfig>(coreOf("<name>n</name>")));
     it->putObject(env, 0);
-    boost::shared_ptr<HBXEnv> made;
     factory.registerEnv(HBXEnv::type, boost::make_shared<OwnChildFactory>());
+    boost::shared_ptr<HBXEnv> made;
     EXPECT_EQ(HBXEnv::EnvSPReader()(*it, made), 0);
-    EXPECT_TRUE(isOwn(made));
-    EXPECT_EQ(*made, env);
-    it->deleteChild(1870);
+    EXPECT_TRUE(isOwn(made) && *made == env);
     const boost::shared_ptr<HBXEnv> before = made;
+    it->deleteChild(1870);
     EXPECT_EQ(HBXEnv::EnvSPReader()(*it, made), -1);
     EXPECT_EQ(made, before);
 }

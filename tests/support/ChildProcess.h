@@ -2,9 +2,11 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <new>
 
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -60,6 +62,13 @@ private:
 template <class Work>
 int inChild(Work work) {
     return ChildProcess(work).wait();
+}
+
+/// In this process no file grows beyond the limit: it stands for a full disk.
+inline void limitFileSize(std::uint64_t size) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{size, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 /// An object that forked processes and this one see alike; survives any kill.
