@@ -172,33 +172,6 @@ TEST_F(FaultTest, EntriesSurviveWhatHappensToAClosedCache) {
     }
 }
 
-/// A walk over a list touches what is gone.
-TEST_F(FaultTest, AFileThatIsCutOffEndsNobody) {
-    for (const std::uintmax_t left : {0U, 60U, 4'096U, 20'000U}) {
-        EXPECT_EQ(inChild([&] {
-                      EXPECT_EQ(guardMappedFiles(), 0);
-                      const TestCachePointer cache = open();
-                      for (std::uint64_t i = 0; i < 60; ++i) {
-                          EXPECT_EQ(put(*cache, i, 1, 2'000), 0);
-                      }
-                      const auto list = cache->getList();
-                      auto value = list->begin();
-                      std::filesystem::resize_file(name_, left);
-                      for (; value != list->end(); ++value) {
-                          EXPECT_EQ(value->item.isPrivate, 0U);
-                      }
-                      EXPECT_EQ(cache->remove(keyOf(50)), -8) << left;
-                      EXPECT_FALSE(cache->isAccessible());
-                      return HasFailure() ? 1 : 0;
-                  }),
-                  0);
-        const TestCachePointer next = open();
-        ASSERT_NE(next, nullptr) << left;
-        EXPECT_EQ(put(*next, 1, 1, 10), 0);
-        std::filesystem::remove(name_);
-    }
-}
-
 // --- several at once ---
 
 TEST_F(FaultTest, TwoBuildersMakeOneFile) {

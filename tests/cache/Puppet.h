@@ -110,7 +110,8 @@ inline void Puppet::hastenFill(user_regs_struct& registers) {
 inline bool Puppet::runTo(const Place& place) {
     constexpr long kBreakpoint = 0xCC;
     const long code = ptrace(PTRACE_PEEKTEXT, pid_, place.address, nullptr);
-    for (unsigned arrivals = 1;; ++arrivals) {
+    unsigned arrivals = 0;
+    do {
         ptrace(PTRACE_POKETEXT, pid_, place.address, (code & ~0xFFL) | kBreakpoint);
         if (!start() || process_->waitUntilStopped() != SIGTRAP) {
             return false;
@@ -120,13 +121,8 @@ inline bool Puppet::runTo(const Place& place) {
         ptrace(PTRACE_GETREGS, pid_, nullptr, &registers);
         registers.rip = place.address;
         ptrace(PTRACE_SETREGS, pid_, nullptr, &registers);
-        if (arrivals == place.arrivals) {
-            return true;
-        }
-        if (!step()) {
-            return false;
-        }
-    }
+    } while (++arrivals < place.arrivals && step());
+    return arrivals == place.arrivals;
 }
 
 } // namespace HBX::test

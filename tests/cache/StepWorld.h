@@ -55,20 +55,14 @@ private:
     using Sidecar = internal::Sidecar;
     using SidecarHead = internal::SidecarHead;
 
-    /// The parts of the lock file that a handful of processes use.
-    static std::vector<WatchedFile::Range> rangesOfLockFile() {
-        constexpr std::size_t kFew = 8;
-        return {{0, offsetof(Sidecar, attachments) + kFew * sizeof(internal::SidecarAttachment)},
-                {offsetof(Sidecar, pins), kFew * sizeof(internal::SidecarPin)}};
-    }
     static Finding audit(const Actor& actor) { return auditFile(actor.name(), TestCache::kFormat); }
     static Finding checkContent(Actor& actor, const Expected& expected);
     void writeCopy() const;
 
     ScratchFolder folder_;
     std::string name_ = folder_.path("cache");
-    WatchedFile data_{name_, {{0, std::string::npos}}};
-    WatchedFile lock_{name_ + ".lock", rangesOfLockFile()};
+    WatchedFile data_{name_};
+    WatchedFile lock_{name_ + ".lock"};
     Actor bystander_{name_};
     std::unique_ptr<Puppet> performer_;
     std::unique_ptr<Puppet> repairer_;

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -15,30 +13,18 @@ namespace HBX::test {
 /// A file that other processes change while it is looked at.
 class WatchedFile {
 public:
-    struct Range {
-        std::size_t begin;
-        std::size_t size;
-    };
-
-    /// @param ranges  outside of them nothing changes.
-    WatchedFile(std::string path, std::vector<Range> ranges)
-        : path_(std::move(path)), ranges_(std::move(ranges)) {}
+    explicit WatchedFile(std::string path) : path_(std::move(path)) {}
     ~WatchedFile() { unmap(); }
     WatchedFile(const WatchedFile&) = delete;
     WatchedFile& operator=(const WatchedFile&) = delete;
 
     /// Whether it is another file or holds other bytes than at the last call.
     bool hasChanged() {
-        const bool another = follow();
-        const auto differs = [&](const Range& range) {
-            const std::size_t begin = std::min(range.begin, memory_.size());
-            return memory_.substr(begin, range.size) != std::string_view(bytes_).substr(begin, range.size);
-        };
-        const bool changed = another || std::any_of(ranges_.begin(), ranges_.end(), differs);
-        if (changed) {
-            bytes_ = memory_;
+        if (!follow() && memory_ == bytes_) {
+            return false;
         }
-        return changed;
+        bytes_ = memory_;
+        return true;
     }
     bool exists() const { return inode_ != 0; }
     ino_t inode() const { return inode_; }
@@ -73,7 +59,6 @@ private:
     }
 
     std::string path_;
-    std::vector<Range> ranges_;
     ino_t inode_ = 0;
     std::string_view memory_;
     std::string bytes_;
