@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <regex>
-
 #include "EnvTestUtil.h"
 #include "support/CapturedLog.h"
 #include "support/ScratchFolder.h"
@@ -32,11 +30,6 @@ protected:
         HBXEnvFactory::getInstance().clear();
         finiEnvCache();
     }
-    /// What was written since the last time, without the tracing of readers and writers.
-    std::string takeLog() {
-        static const std::regex tracing("4 Calling \\[.*\n");
-        return std::regex_replace(log_.take(), tracing, "");
-    }
     std::string title(std::int64_t number) {
         const auto env = envCache()->getEnvCopy(eidOf(number));
         return env == nullptr ? "absent" : env->getTitle();
@@ -44,7 +37,7 @@ protected:
 
     const std::string name_ = path("cache");
     boost::shared_ptr<TellingUpdater> updater_ = boost::make_shared<TellingUpdater>();
-    CapturedLog log_;
+    CapturedLog log_{"Calling ["}; ///< Without the tracing of readers and writers.
 };
 
 TEST_F(EnvCacheTest, AsksTheUpdaterBeforeEachChange) {
@@ -77,20 +70,20 @@ TEST_F(EnvCacheTest, AsksTheUpdaterBeforeEachChange) {
         updater_->asked.clear();
         updater_->checkResult = row.check;
         updater_->result = row.result;
-        takeLog();
+        log_.take();
         EXPECT_EQ(work(row.verb), row.code);
-        EXPECT_EQ(takeLog(), told(row.verb, row.code));
+        EXPECT_EQ(log_.take(), told(row.verb, row.code));
         EXPECT_EQ(updater_->asked, row.asked);
         EXPECT_EQ(title(1), row.title);
     }
     updater_->result = 9;
     EXPECT_EQ(cache->remove(eidOf(2)), 0) << "there is nothing";
     EXPECT_EQ(cache->insert(envOf(0, "null identifier")), -1);
-    EXPECT_EQ(takeLog(), "");
+    EXPECT_EQ(log_.take(), "");
     HBXEnvFactory::getInstance().registerEnvUpdater(HBXEnv::type, updater_); // nobody falls back on it
     HBXEnvFactory::getInstance().unregisterEnvUpdater("told");
     EXPECT_EQ(cache->insert(envOf(1, "other")), 0);
-    EXPECT_EQ(takeLog(), "4 EnvUpdater is not found for 'told'.\n" + told("insert", 0));
+    EXPECT_EQ(log_.take(), "4 EnvUpdater is not found for 'told'.\n" + told("insert", 0));
     EXPECT_EQ(title(1), "other");
 }
 
@@ -105,7 +98,7 @@ TEST_F(EnvCacheTest, StoresWhatTheConfigurationsSayNowOrUndoesTheHook) {
     cache->reinit();
     EXPECT_EQ(cache->insert(env), -1);
     EXPECT_EQ(updater_->asked, "check insert remove ");
-    EXPECT_NE(takeLog().find("2 EnvCache::insert called for"), std::string::npos);
+    EXPECT_NE(log_.take().find("2 EnvCache::insert called for"), std::string::npos);
 }
 
 TEST_F(EnvCacheTest, ListsViewsThatStayGood) {
@@ -150,12 +143,12 @@ TEST_F(EnvCacheTest, SaysWhenAListHoldsNoSnapshot) {
     const auto refused = cache->getEnvList();
     EXPECT_TRUE(refused->begin() == refused->end());
     HBXEnvFactory::getInstance().registerEnvUpdater(HBXEnv::type, updater_);
-    takeLog();
+    log_.take();
     EXPECT_EQ(refused->getEnv(eidOf(1)), nullptr);
     EXPECT_EQ(cache->syncEnvListOf(HBXEID()), -1);
     EXPECT_EQ(updater_->asked.find("sync"), std::string::npos);
-    EXPECT_EQ(takeLog(), "1 Environment cache: failed to acquire snapshot. Running out of memory.\n"
-                         "1 [HBX::HBXEnvCache::syncEnvListOf]: failed to acquire environments list.\n");
+    EXPECT_EQ(log_.take(), "1 Environment cache: failed to acquire snapshot. Running out of memory.\n"
+                           "1 [HBX::HBXEnvCache::syncEnvListOf]: failed to acquire environments list.\n");
     lists.pop_back();
     EXPECT_TRUE(cache->getEnvList()->holdsSnapshot()) << "a refused list takes no place";
 }
@@ -167,11 +160,11 @@ TEST_F(EnvCacheTest, HandsChildrenToTheGenericUpdater) {
         env.setParentEID(eidOf(number == 4 ? 8 : 9));
         ASSERT_EQ(cache->insert(env), 0);
     }
-    takeLog();
+    log_.take();
     EXPECT_EQ(cache->syncEnvListOf(eidOf(9)), -1);
     EXPECT_EQ(cache->syncSlaveList({eidOf(1)}), -1);
-    EXPECT_EQ(takeLog(), "4 [HBX::HBXEnvCache::syncEnvListOf] EnvUpdater is not found for 'generic'.\n"
-                         "4 [HBX::HBXEnvCache::syncSlaveList] EnvUpdater is not found for 'generic'.\n");
+    EXPECT_EQ(log_.take(), "4 [HBX::HBXEnvCache::syncEnvListOf] EnvUpdater is not found for 'generic'.\n"
+                           "4 [HBX::HBXEnvCache::syncSlaveList] EnvUpdater is not found for 'generic'.\n");
     HBXEnvFactory::getInstance().registerEnvUpdater(HBXEnv::type, updater_);
     EXPECT_EQ(cache->syncEnvListOf(eidOf(9)), 0);
     EXPECT_EQ(updater_->synced, (std::set<HBXEID, HBXEnvIDComparator>{eidOf(1), eidOf(2), eidOf(3)}));
@@ -193,9 +186,9 @@ TEST_F(EnvCacheTest, OpensAFreshCacheWhenTheFileIsGone) {
     EXPECT_EQ(title(2), "absent");
     finiEnvCache();
     initEnvCache(path(), false);
-    takeLog();
+    log_.take();
     EXPECT_EQ(envCache(), nullptr);
-    EXPECT_EQ(takeLog(), "1 Environment cache unavailable for process environment_test, code is -2.\n");
+    EXPECT_EQ(log_.take(), "1 Environment cache unavailable for process environment_test, code is -2.\n");
 }
 
 } // namespace

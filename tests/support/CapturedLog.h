@@ -10,9 +10,12 @@ namespace HBX::test {
 /// Keeps what is logged, in lines of "level text", as long as it lives.
 class CapturedLog {
 public:
-    CapturedLog() {
-        previous_ = setLogSink([this](const HBXLogLine& line) {
-            text_ += std::to_string(line.level) + ' ' + std::string(line.text) + '\n';
+    /// @param passedOver  lines that begin so are not kept.
+    explicit CapturedLog(const std::string& passedOver = "\n") {
+        previous_ = setLogSink([this, passedOver](const HBXLogLine& line) {
+            if (!line.text.starts_with(passedOver)) {
+                text_ += std::to_string(line.level) + ' ' + std::string(line.text) + '\n';
+            }
         });
     }
     ~CapturedLog() { setLogSink(std::move(previous_)); }
