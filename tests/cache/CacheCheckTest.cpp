@@ -75,6 +75,7 @@ TEST_F(CacheCheckTest, SaysWhereTheDamageIs) {
         std::uint64_t offset;
         const char* what;
     } rows[] = {
+        {40, 0, Severity::Damage, 40, "there is no current snapshot"},
         {40, 4096, Severity::Damage, 4096, "an offset leads out of the heap"},
         {snapshot + 24, 0, Severity::Damage, snapshot, "the head of a snapshot is damaged"},
         {value + 8, 7, Severity::Damage, value, "a value belongs to another key"},

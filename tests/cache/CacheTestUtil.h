@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -78,6 +79,7 @@ struct Wishes {
     bool failRemap = false;
     bool failLock = false;
     bool failGrow = false;
+    bool stopOnce = false;                     ///< The process, in the middle of storing a value.
     std::size_t reservation = ~std::size_t{0}; ///< At most so many bytes.
     std::chrono::milliseconds patience = std::chrono::seconds(60);
 };
@@ -101,7 +103,12 @@ public:
         return result;
     }
     int grow(std::size_t size) override { return wishes.failGrow ? -1 : HBXMappedMemoryManager::grow(size); }
-    void prepareBlock(void* memory, std::size_t size) override { std::memset(memory, 0xAB, size); }
+    void prepareBlock(void* memory, std::size_t size) override {
+        std::memset(memory, 0xAB, size);
+        if (std::exchange(wishes.stopOnce, false)) {
+            std::raise(SIGSTOP);
+        }
+    }
 };
 
 using TestCache = HBXCacheLogic<HBXGUIDBase, TestValue, TestManager>;

@@ -196,22 +196,6 @@ TEST_F(FaultTest, TwoBuildersMakeOneFile) {
     }
 }
 
-/// Stops its process once, in the middle of an operation.
-class StoppingManager : public TestManager {
-public:
-    using TestManager::TestManager;
-    void prepareBlock(void* memory, std::size_t size) override {
-        TestManager::prepareBlock(memory, size);
-        if (!std::exchange(stopped_, true)) {
-            std::raise(SIGSTOP);
-        }
-    }
-
-private:
-    static inline bool stopped_ = false;
-};
-using StoppingCache = HBXCacheLogic<HBXGUIDBase, TestValue, StoppingManager>;
-
 /// Who only works with the cache loses nothing by a stopped holder; who opens it gives the file up, as nobody
 /// knows whether the holder will ever go on.
 TEST_F(FaultTest, AStoppedHolderIsNotWaitedForForever) {
@@ -220,9 +204,9 @@ TEST_F(FaultTest, AStoppedHolderIsNotWaitedForForever) {
         TestManager::wishes.patience = std::chrono::milliseconds(100);
         const TestCachePointer cache = open();
         ChildProcess holder([&] {
-            const auto mine = StoppingCache::createInstance(name_, false, true, 0, 16, 64 << 20);
-            const int first = mine->put(keyOf(4), ValueBuffer(keyOf(4), 1, 50).value());
-            return first == 0 && mine->remove(keyOf(0)) == (opens ? -14 : 0) ? 0 : 1;
+            const TestCachePointer mine = open();
+            TestManager::wishes.stopOnce = true;
+            return put(*mine, 4, 1, 50) == 0 && mine->remove(keyOf(0)) == (opens ? -14 : 0) ? 0 : 1;
         });
         holder.waitUntilStopped();
         EXPECT_EQ(put(*cache, 5, 1, 10), -9);
