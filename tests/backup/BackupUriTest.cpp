@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <random>
@@ -13,38 +13,16 @@
 namespace HBX::test {
 namespace {
 
-using testing::ElementsAre;
-
-/// The lines that are logged while it lives: "level function text".
-class CaughtLog {
-public:
-    explicit CaughtLog(int level)
-        : level_(debug_level.exchange(level)), sink_(setLogSink([this](const HBXLogLine& line) {
-              lines.push_back(std::to_string(line.level) + ' ' + line.place.function + ' ' +
-                              std::string(line.text));
-          })) {}
-    ~CaughtLog() {
-        setLogSink(sink_);
-        debug_level = level_;
-    }
-    CaughtLog(const CaughtLog&) = delete;
-    CaughtLog& operator=(const CaughtLog&) = delete;
-
-    std::vector<std::string> lines;
-
-private:
-    int level_;
-    HBXLogSink sink_;
-};
-
-std::string textOf(const std::string& id, const std::string& path) {
-    HBXBackupURI reference;
-    reference.id(id);
-    reference.path(path);
-    HBXURI uri;
-    EXPECT_FALSE(reference.uri(uri));
-    EXPECT_EQ(uri.type(), "backup");
-    return uri.path();
+/// What is logged while an action runs: "level function text" in lines.
+template <class Action>
+std::string logOf(const Action& action) {
+    std::string lines;
+    const HBXLogSink sink = setLogSink([&](const HBXLogLine& line) {
+        lines += std::to_string(line.level) + ' ' + line.place.function + ' ' + std::string(line.text) + '\n';
+    });
+    action();
+    setLogSink(sink);
+    return lines;
 }
 
 HBXDSLocation sampleStorage() {
@@ -64,9 +42,7 @@ TEST(Uri, IsSplitAtTheFirstMark) {
     } rows[] = {{"backup://a/b", "backup", "a/b", true},
                 {"a+b-c.9://x://y", "a+b-c.9", "x://y", true},
                 {"://x", "", "x", false},
-                {"a b://x", "a b", "x", false},
                 {"backup:/a/b", "", "", false},
-                {"", "", "", false},
                 {"b\xC3\xA4://x", "b\xC3\xA4", "x", false}};
     for (const auto& row : rows) {
         HBXURI uri("other://path");
@@ -85,19 +61,15 @@ TEST(BackupUri, AnIdentifierRunsToTheSecondSeparator) {
         const char* path;
     } rows[] = {
         {"backup://a/b/c", "a/b", "c"},
-        {"backup://a/b", "a/b", ""},
         {"backup://a/b/", "a/b", ""},
         {"backup://a/b\\c/d", "a/b", "c/d"},
         {"backup://a\\b/c", "a\\b/c", ""},
         {"backup://x/", "x/", ""},
         {"backup:///", "/", ""},
-        {"backup:////", "/", ""},
         {"backup://a/b&c/d", "a/b&c", "d"},
         {"backup://x", "", ""},
-        {"backup://", "", ""},
         {"file://a/b/c", "", ""},
         {"Backup://a/b", "", ""},
-        {"a/b/c", "", ""},
         {"backup://a/b://c/d", "a/b:", "/c/d"},
     };
     for (const auto& row : rows) {
@@ -107,10 +79,6 @@ TEST(BackupUri, AnIdentifierRunsToTheSecondSeparator) {
         EXPECT_EQ(reference.isValid(), *row.id != '\0') << row.text;
         EXPECT_EQ(reference.storage(), nullptr);
     }
-    EXPECT_EQ(textOf("a/b", "c"), "a/b/c");
-    EXPECT_EQ(textOf("a/b", ""), "a/b/");
-    EXPECT_EQ(textOf("x", "p/q"), "x/p/q");
-    EXPECT_EQ(textOf("x", ""), "x/");
 }
 
 TEST(BackupUri, CarriesItsStorageInHexadecimal) {
@@ -149,6 +117,16 @@ TEST(BackupUri, AnInvalidReferenceLeavesTheTargetAlone) {
     EXPECT_EQ(uri.uri(), "file://x");
 }
 
+/// The sample storage as a reference writes it.
+std::string sampleDigits() {
+    HBXBackupURI reference;
+    reference.id("a/b");
+    reference.storage(sampleStorage());
+    HBXURI uri;
+    EXPECT_FALSE(reference.uri(uri));
+    return uri.path().substr(0, uri.path().find('&'));
+}
+
 std::string hexOf(const std::string& bytes) {
     std::string digits;
     for (const char c : bytes) {
@@ -160,48 +138,28 @@ std::string hexOf(const std::string& bytes) {
 }
 
 TEST(BackupUri, DamagedStorageLeavesItEmptyWithALine) {
-    HBXBackupURI reference;
-    reference.id("a/b");
-    reference.storage(sampleStorage());
-    HBXURI uri;
-    ASSERT_FALSE(reference.uri(uri));
-    const std::string digits = uri.path().substr(0, uri.path().find('&'));
-    const std::string noMessage = "1 HBX::decode decode binary";
-    const std::string noLocation = "1 HBX::decode parse object";
+    const std::string digits = sampleDigits();
+    const std::string noMessage = "1 HBX::decode decode binary\n";
     const struct {
-        std::string path;
-        std::vector<std::string> lines;
+        std::string path, log;
     } rows[] = {
-        {"&a/b", {noMessage}},
-        {"a&b/c", {noMessage}},
-        {digits.substr(0, 20) + "zz" + digits.substr(22) + "&a/b", {noMessage}},
-        {" " + digits + "&a/b", {noMessage}},
-        {"0x" + digits + "&a/b", {noMessage}},
-        {hexOf(messageBytes(emptyNode(0))) + "&a/b", {noLocation}},
-        {digits + "&a", {}},
+        {"&a/b", noMessage},
+        {digits.substr(0, 20) + "zz" + digits.substr(22) + "&a/b", noMessage},
+        {"0x" + digits + "&a/b", noMessage},
+        {digits.substr(0, digits.size() / 2) + "&a/b", noMessage},
+        {hexOf(messageBytes(emptyNode(0))) + "&a/b", "1 HBX::decode parse object\n"},
+        {digits + "&a", ""},
     };
     for (const auto& row : rows) {
-        const CaughtLog log(2);
-        const HBXBackupURI back("backup://" + row.path);
+        HBXBackupURI back;
+        EXPECT_EQ(logOf([&] { back = HBXBackupURI("backup://" + row.path); }), row.log) << row.path;
         EXPECT_FALSE(back.isValid()) << row.path;
         EXPECT_EQ(back.storage(), nullptr);
-        EXPECT_EQ(log.lines, row.lines) << row.path;
-    }
-    for (std::size_t length = 0; length + 1 < digits.size(); ++length) {
-        const CaughtLog log(2);
-        const HBXBackupURI back("backup://" + digits.substr(0, length) + "&a/b");
-        EXPECT_FALSE(back.isValid()) << length;
-        EXPECT_THAT(log.lines, ElementsAre(noMessage)) << length;
     }
 }
 
 TEST(BackupUri, ReadsPairsOfDigitsUpToTheFirstThatIsNone) {
-    HBXBackupURI reference;
-    reference.id("a/b");
-    reference.storage(sampleStorage());
-    HBXURI uri;
-    ASSERT_FALSE(reference.uri(uri));
-    const std::string digits = uri.path().substr(0, uri.path().find('&'));
+    const std::string digits = sampleDigits();
     ASSERT_EQ(digits.substr(digits.size() - 2), "65") << "the end of the server's name";
     const struct {
         std::string digits;
@@ -219,18 +177,10 @@ TEST(BackupUri, ReadsPairsOfDigitsUpToTheFirstThatIsNone) {
 }
 
 TEST(BackupTypes, HaveNames) {
-    const CaughtLog log(4);
-    const struct {
-        int type;
-        const char* name;
-    } rows[] = {{0, "full"},    {1, "incremental"}, {2, "differential"},   {-1, "unknown"},
-                {3, "unknown"}, {7, "unknown"},     {INT32_MIN, "unknown"}};
-    for (const auto& row : rows) {
-        EXPECT_STREQ(HBXBackupMBase::getBackupTypeString(row.type), row.name);
+    const char* const names[] = {"unknown", "full", "incremental", "differential", "unknown"};
+    for (int type = -1; type <= 3; ++type) {
+        EXPECT_STREQ(HBXBackupMBase::getBackupTypeString(type), names[type + 1]);
     }
-    EXPECT_EQ(log.lines.size(), std::size(rows));
-    EXPECT_EQ(log.lines[0], "4 HBX::HBXBackupMBase::getBackupTypeString "
-                            "Calling [HBX::HBXBackupMBase::getBackupTypeString]");
 }
 
 } // namespace

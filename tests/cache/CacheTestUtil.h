@@ -1,11 +1,13 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
+#include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,8 @@
 
 #include <HBXCore/HBXCacheLogic.h>
 #include <HBXCore/HBXGUIDBase.h>
+
+#include "support/ScratchFolder.h"
 
 #include <unistd.h>
 
@@ -75,6 +79,7 @@ struct Wishes {
     bool failRemap = false;
     bool failLock = false;
     bool failGrow = false;
+    bool stopOnce = false;                     ///< The process, in the middle of storing a value.
     std::size_t reservation = ~std::size_t{0}; ///< At most so many bytes.
     std::chrono::milliseconds patience = std::chrono::seconds(60);
 };
@@ -98,7 +103,12 @@ public:
         return result;
     }
     int grow(std::size_t size) override { return wishes.failGrow ? -1 : HBXMappedMemoryManager::grow(size); }
-    void prepareBlock(void* memory, std::size_t size) override { std::memset(memory, 0xAB, size); }
+    void prepareBlock(void* memory, std::size_t size) override {
+        std::memset(memory, 0xAB, size);
+        if (std::exchange(wishes.stopOnce, false)) {
+            std::raise(SIGSTOP);
+        }
+    }
 };
 
 using TestCache = HBXCacheLogic<HBXGUIDBase, TestValue, TestManager>;
@@ -125,36 +135,46 @@ inline int put(TestCache& cache, std::uint64_t number, std::uint64_t version, st
 /// Key to version and size.
 using Content = std::map<HBXGUIDBase, std::pair<std::uint64_t, std::uint64_t>>;
 
-template <class List>
-Content contentOf(List& list) {
+/// Everything in a list; nothing when a value is not whole.
+inline std::optional<Content> readList(const TestCache::ValuesList& list) {
     Content content;
     for (const TestValue& value : list) {
-        EXPECT_TRUE(value.isWhole());
+        if (!value.isWhole()) {
+            return std::nullopt;
+        }
         content[value.key] = {value.version, value.size};
     }
     return content;
 }
 
+inline Content contentOf(const TestCache::ValuesList& list) {
+    const std::optional<Content> content = readList(list);
+    EXPECT_TRUE(content.has_value()) << "a value is not whole";
+    return content.value_or(Content());
+}
+
 inline Content contentOf(TestCache& cache) { return contentOf(*cache.getList()); }
 
+inline TestCachePointer openCache(const std::string& name, std::size_t maximumFileSize = 64 << 20,
+                                  std::size_t maximumLists = 16) {
+    return TestCache::createInstance(name, false, true, 0, maximumLists, maximumFileSize);
+}
+
+/// Puts the files of a test suite into memory where that is possible; to be called before its fixtures.
+inline void keepFilesInMemory() {
+    if (access("/dev/shm", W_OK) == 0) {
+        setenv("TMPDIR", "/dev/shm", 1);
+    }
+}
+
 /// A folder of its own for each test.
-class CacheTest : public ::testing::Test {
+class CacheTest : public ::testing::Test, protected ScratchFolder {
 protected:
-    void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "hbx-cache-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder_ = pattern;
-        name_ = folder_ + "/cache";
-        TestManager::wishes = Wishes();
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
+    void SetUp() override { TestManager::wishes = Wishes(); }
 
-    TestCachePointer open(std::size_t maximumFileSize = 64 << 20, std::size_t maximumLists = 16) const {
-        return TestCache::createInstance(name_, false, true, 0, maximumLists, maximumFileSize);
-    }
+    TestCachePointer open() const { return openCache(name_); }
 
-    std::string folder_;
-    std::string name_;
+    std::string name_ = path("cache");
 };
 
 } // namespace HBX::test

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "CacheFileAudit.h"
 #include "CacheTestUtil.h"
 
 namespace HBX::test {
@@ -13,11 +15,8 @@ inline HBXGUIDBase stepKey(std::uint64_t number) {
     return {static_cast<std::int64_t>(number << 56), static_cast<std::int64_t>(number)};
 }
 
-/// Everything in a list; nothing when a value is not whole.
-std::optional<Content> readList(const TestCache::ValuesList& list);
-
-/// Does things to a cache and notes in a model, if there is one, what the cache must hold then. What fails
-/// ends the process: the scripts of actors contain nothing that may fail.
+/// Does things to a cache and notes in a model what the cache must hold then, if nobody else changes it. What
+/// fails ends the process: the scripts of actors contain nothing that may fail.
 class Actor {
 public:
     struct OpenList {
@@ -25,37 +24,90 @@ public:
         Content content; ///< Of the model when the list was opened.
     };
 
-    explicit Actor(std::string name, Content* model = nullptr) : name_(std::move(name)), model_(model) {}
+    explicit Actor(std::string name) : name_(std::move(name)) {}
 
-    void open();
-    void close();
+    void open() {
+        replacedLists_ = lists_.size();
+        cache_ = openCache(name_, 1 << 20, 8);
+        demand(cache_ != nullptr);
+    }
+    void close() {
+        lists_.clear();
+        replacedLists_ = 0;
+        cache_ = nullptr;
+    }
     /// Stores a value of `size` bytes.
-    void put(std::uint64_t number, std::uint64_t version, std::size_t size);
+    void put(std::uint64_t number, std::uint64_t version, std::size_t size) {
+        make(number, version, size);
+        store();
+    }
     /// The same in two parts, so that only the second need be stepped through.
-    void make(std::uint64_t number, std::uint64_t version, std::size_t size);
-    void store();
-    void remove(std::uint64_t number);
-    void openList();
-    void closeList();
+    void make(std::uint64_t number, std::uint64_t version, std::size_t size) {
+        made_.emplace(stepKey(number), version, size);
+    }
+    void store() {
+        const TestValue& value = made_->value();
+        demand(cache_->put(value.key, value) == 0);
+        model_[value.key] = {value.version, value.size};
+    }
+    void remove(std::uint64_t number) {
+        demand(cache_->remove(stepKey(number)) == 0);
+        model_.erase(stepKey(number));
+    }
+    void openList() {
+        lists_.push_back({cache_->getList(), model_});
+        demand(lists_.back().list->holdsSnapshot());
+    }
+    void closeList() {
+        lists_.pop_back();
+        replacedLists_ = std::min(replacedLists_, lists_.size());
+    }
     /// Opens the cache anew when the file was given up.
-    HBXCacheStatus askStatus();
+    HBXCacheStatus askStatus() {
+        HBXCacheStatus status;
+        if (cache_ == nullptr || cache_->getStatus(status) != 0) {
+            open();
+            demand(cache_->getStatus(status) == 0);
+        }
+        return status;
+    }
     /// Removes the file whatever it holds, or only if it is not in good order.
-    void removeFile(bool whatever);
+    void removeFile(bool whatever) {
+        std::string error;
+        const auto remove = whatever ? removeCacheFile : removeLockedCacheFile;
+        demand(remove(name_, TestCache::kFormat, error) == 0);
+        model_.clear();
+    }
     /// Makes the file one that nobody uses any more.
-    void abandonFile();
-
+    void abandonFile() {
+        writeNumberAt(name_, kCacheValidOffset, 0);
+        model_.clear();
+    }
     /// Everything in the cache; opens it anew when the file was given up. Nothing when a value is not whole.
-    std::optional<Content> read();
+    std::optional<Content> read() {
+        boost::intrusive_ptr<TestCache::ValuesList> list = cache_ == nullptr ? nullptr : cache_->getList();
+        if (list == nullptr || !list->holdsSnapshot()) {
+            open();
+            list = cache_->getList();
+        }
+        return readList(*list);
+    }
 
     const std::string& name() const { return name_; }
-    bool isOpen() const { return cache_ != nullptr; }
+    const Content& model() const { return model_; }
     const std::vector<OpenList>& lists() const { return lists_; }
     /// How many of the lists are over the file that is open now, and not over one that it replaced.
     std::size_t currentLists() const { return lists_.size() - replacedLists_; }
 
 private:
+    static void demand(bool success) {
+        if (!success) {
+            std::abort();
+        }
+    }
+
     std::string name_;
-    Content* model_;
+    Content model_;
     TestCachePointer cache_;
     std::optional<ValueBuffer> made_;
     std::vector<OpenList> lists_;

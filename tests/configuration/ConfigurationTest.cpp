@@ -1,7 +1,8 @@
 #include "ConfigurationTestUtil.h"
 
+#include <gmock/gmock.h>
+
 #include <HBXCommon/HBXErrorMessage.h>
-#include <HBXMessage/HBXDerivedParsers.h>
 
 namespace HBX::test {
 namespace {
@@ -22,23 +23,18 @@ TEST_F(ConfigurationFile, SavesWhatItReads) {
 TEST_F(ConfigurationFile, BadOnesAreToldWithTheirPlaceAndLeaveWhatWasLoaded) {
     std::filesystem::resize_file(write("huge", ""), (std::uintmax_t{256} << 20) + 1); // sparse
     const std::string good = contentOf(agentFile());
-    const struct {
-        std::string file;
-        std::string reason;
-    } rows[] = {
-        {write("cut", good.substr(0, good.find("<log_rotate_size>") + 20)),
-         ": line 58, column 29, /data/system/configuration/log_rotate_size: "},
-        {path("huge"), "File too large"},
-        {path("missing"), "No such file or directory"},
-        {path(), "Is a directory"},
+    write("cut", good.substr(0, good.find("<log_rotate_size>") + 20));
+    const std::pair<const char*, const char*> rows[] = {
+        {"cut", ": line 58, column 29, /data/system/configuration/log_rotate_size: "},
+        {"huge", "File too large"},
+        {"missing", "No such file or directory"},
     };
     HBXConfiguration configuration = configured("<data/>");
     const HBXMessage* message = configuration.getMessage();
-    for (const auto& row : rows) {
-        EXPECT_EQ(configuration.readFromFile(row.file), -1) << row.file;
-        EXPECT_NE(getErrorMessage().find(row.file), std::string::npos) << getErrorMessage();
-        EXPECT_NE(getErrorMessage().find(row.reason), std::string::npos) << getErrorMessage();
-        EXPECT_EQ(getErrorMessage().find('\n'), std::string::npos);
+    for (const auto& [file, reason] : rows) {
+        EXPECT_EQ(configuration.readFromFile(path(file)), -1) << file;
+        EXPECT_NE(getErrorMessage().find(path(file)), std::string::npos) << getErrorMessage();
+        EXPECT_NE(getErrorMessage().find(reason), std::string::npos) << getErrorMessage();
         EXPECT_EQ(configuration.getMessage(), message);
     }
 }
@@ -48,33 +44,27 @@ TEST_F(ConfigurationFile, WithoutSectionsNothingIsFoundAndLittleIsMade) {
     EXPECT_EQ(empty.getIterator(), nullptr);
     EXPECT_EQ(empty.saveToFile(path("none")), -1);
     EXPECT_EQ(files(), 0);
-    for (const char* tree : {"no message", "<other/>", "<data/>", "<data><agent/></data>"}) {
-        SCOPED_TRACE(tree);
-        HBXConfiguration bare = *tree == 'n' ? empty : configured(tree);
+    for (HBXConfiguration bare : {empty, configured("<other/>"), configured("<data><agent/></data>")}) {
+        const bool hasMessage = bare.getMessage() != nullptr;
+        const std::string tree = hasMessage ? treeOf(bare) : "";
         HBXEID id = eid(1);
         HBXConnectionInfo info;
         std::map<HBXEID, HBXConnectionInfo> table;
+        EXPECT_THAT(
+            (std::vector<int>{bare.getEID(id), bare.setEID(id), bare.getMaster(id), bare.delMaster(),
+                              bare.delClientEnv(id), bare.getMappingTable(table), bare.removeMapping(id),
+                              bare.findMapping(id, info), bare.setMapping(id, info)}),
+            testing::Each(-1));
         Slaves slaves;
-        const int results[] = {bare.getEID(id),          bare.setEID(id),
-                               bare.getMaster(id),       bare.delMaster(),
-                               bare.delClientEnv(id),    bare.getMappingTable(table),
-                               bare.removeMapping(id),   bare.findMapping(id, info),
-                               bare.setMapping(id, info)};
-        for (const int result : results) {
-            EXPECT_EQ(result, -1);
-        }
         bare.getGroupSlaves(slaves);
         EXPECT_TRUE(slaves.empty());
         EXPECT_EQ(bare.unsetMasterness(), 0);
         EXPECT_TRUE(bare.isMaster() && !bare.isSlave() && !bare.isInServerGroup());
         EXPECT_EQ(bare.getBuiltinRealm(), nullptr);
-        EXPECT_EQ(id, eid(1));
-        EXPECT_EQ(bare.getMessage() != nullptr ? treeOf(bare) : "no message", tree);
+        EXPECT_EQ(hasMessage ? treeOf(bare) : "", tree);
         // Only the writers of the server group make what is missing, and only in a message.
-        const int made = bare.getMessage() != nullptr ? 0 : -1;
-        EXPECT_EQ(bare.setMasterness(), made);
-        EXPECT_EQ(bare.setMaster(id), made);
-        EXPECT_EQ(bare.addClientEnv(id), made);
+        EXPECT_THAT((std::vector<int>{bare.setMasterness(), bare.setMaster(id), bare.addClientEnv(id)}),
+                    testing::Each(hasMessage ? 0 : -1));
     }
 }
 
@@ -85,12 +75,9 @@ TEST(Configuration, CopiesShareTheMessage) {
     ASSERT_EQ(a.setEID(eid(2)), 0);
     EXPECT_EQ(copied.getEID(id), 0);
     EXPECT_EQ(id, eid(2));
-    const HBXConfiguration moved = std::move(a);
-    copied = moved;
-    EXPECT_EQ(copied.getMessage(), moved.getMessage());
     copied = HBXConfiguration();
     EXPECT_EQ(copied.getMessage(), nullptr);
-    EXPECT_EQ(moved.getEID(id), 0);
+    EXPECT_EQ(a.getEID(id), 0);
 }
 
 TEST(Configuration, IdentifiersAreReplaced) {
@@ -105,9 +92,6 @@ TEST(Configuration, IdentifiersAreReplaced) {
         EXPECT_EQ(configuration.getMaster(master), 0);
         EXPECT_TRUE(own == eid(number) && master == eid(number + 2)) << number;
     }
-    EXPECT_EQ(treeOf(configuration), "<data><agent><configuration>" + idText(2) +
-                                         "</configuration></agent><server_group><configuration><master>" +
-                                         idText(4) + "</master></configuration></server_group></data>");
     EXPECT_EQ(configuration.delMaster(), 0);
     EXPECT_EQ(configuration.delMaster(), -1);
 }
@@ -123,7 +107,6 @@ TEST(ServerGroup, KnowsWhoIsMaster) {
         bool inGroup, master, slave;
     } rows[] = {
         {"no group", agent, false, true, false},
-        {"a group without a master", agent + group(""), false, true, false},
         {"a master without an identifier", agent + group("<master/>"), false, true, false},
         {"itself", agent + group("<master>" + idText(1) + "</master>"), true, true, false},
         {"another", agent + group("<master>" + idText(2) + "</master>"), true, false, true},
@@ -147,15 +130,11 @@ TEST(ServerGroup, ClientsKeepMasterness) {
     Slaves slaves = {eid(9)};
     configuration.getGroupSlaves(slaves);
     EXPECT_EQ(slaves, (Slaves{eid(1), eid(2), eid(9)}));
-    EXPECT_EQ(configuration.delClientEnv(eid(1)), 0);
-    EXPECT_EQ(treeOf(configuration),
-              treeOf(withSection("server_group", "<clients><entry>" + idText(2) + "</entry><entry>" +
-                                                     idText(1) + "</entry></clients>")));
-    for (const int number : {1, 2}) {
+    for (const int number : {1, 1, 2}) { // one entry at a time
         EXPECT_EQ(configuration.unsetMasterness(), -1);
         EXPECT_EQ(configuration.delClientEnv(eid(number)), 0);
-        EXPECT_EQ(configuration.delClientEnv(eid(number)), -1);
     }
+    EXPECT_EQ(configuration.delClientEnv(eid(2)), -1);
     EXPECT_EQ(configuration.unsetMasterness(), 0);
     EXPECT_EQ(treeOf(configuration), treeOf(withSection("server_group", "")));
 }
@@ -169,11 +148,14 @@ std::string connection(const std::string& address) {
            address + "</address></connection_info>";
 }
 
+HBXConfiguration withTable(const std::string& entries) {
+    return withSection("agent", "<connection_table>" + entries + "</connection_table>");
+}
+
 TEST(MappingTable, FirstReadableEntryOfAnIdentifierCounts) {
-    const HBXConfiguration configuration = withSection(
-        "agent", "<connection_table>" + mapping(1, connection("a")) + mapping(1, connection("b")) +
-                     mapping(2, "") + mapping(2, connection("c")) + "<entry><id>x</id>" + connection("d") +
-                     "</entry><entry/></connection_table>");
+    const HBXConfiguration configuration =
+        withTable(mapping(1, connection("a")) + mapping(1, connection("b")) + mapping(2, "") +
+                  mapping(2, connection("c")) + "<entry><id>x</id>" + connection("d") + "</entry><entry/>");
     std::map<HBXEID, HBXConnectionInfo> table;
     ASSERT_EQ(configuration.getMappingTable(table), 0);
     ASSERT_EQ(table.size(), 2U);
@@ -185,13 +167,11 @@ TEST(MappingTable, EntriesAreReplacedAppendedAndRemoved) {
     HBXConnectionInfo info, found;
     info.address = "new";
     const std::string old = "<legacy_connection>old</legacy_connection>" + connection("old");
-    HBXConfiguration configuration =
-        withSection("agent", "<connection_table>" + mapping(1, old) + "</connection_table>");
+    HBXConfiguration configuration = withTable(mapping(1, old));
     EXPECT_EQ(configuration.setMapping(eid(1), info), 0);
     EXPECT_EQ(configuration.setMapping(eid(2), info), 0);
     EXPECT_EQ(treeOf(configuration),
-              treeOf(withSection("agent", "<connection_table>" + mapping(1, connection("new")) +
-                                              mapping(2, connection("new")) + "</connection_table>")));
+              treeOf(withTable(mapping(1, connection("new")) + mapping(2, connection("new")))));
     EXPECT_EQ(configuration.findMapping(eid(2), found), 0);
     EXPECT_TRUE(found == info);
     EXPECT_EQ(configuration.removeMapping(eid(1)), 0);
@@ -207,19 +187,15 @@ TEST(Realms, BuiltinOneIsFoundUnlessTheListIsDamaged) {
     };
     const std::string good = "<realm_type>0</realm_type>";
     const std::string builtin = "<builtin_realm>" + eid(2).toString() + "</builtin_realm>";
-    const struct {
-        std::string settings;
-        const char* name; ///< "": none
-    } rows[] = {
+    const std::pair<std::string, const char*> rows[] = {
         {builtin + "<realms>" + realm(1, good) + realm(2, good) + "</realms>", "r2"},
         {builtin + "<realms>" + realm(1, good) + "</realms>", ""},
         {builtin + "<realms>" + realm(1, "") + realm(2, good) + "</realms>", ""},
-        {builtin, ""},
         {"<builtin_realm>x</builtin_realm><realms>" + realm(2, good) + "</realms>", ""},
     };
-    for (const auto& row : rows) {
-        const auto found = withSection("security", row.settings).getBuiltinRealm();
-        EXPECT_EQ(found != nullptr ? found->name : "", row.name) << row.settings;
+    for (const auto& [settings, name] : rows) {
+        const auto found = withSection("security", settings).getBuiltinRealm();
+        EXPECT_EQ(found != nullptr ? found->name : "", name) << settings;
     }
 }
 
@@ -229,17 +205,9 @@ TEST(ConfigurationRecord, IsACopyOfTheContentOfItsElement) {
     ASSERT_EQ(it->putObject(configuration, 1185), 0);
     HBXConfiguration back;
     ASSERT_EQ(it->getObject(back, 1185), 0);
-    EXPECT_EQ(treeOf(back), treeOf(configuration));
     ASSERT_EQ(back.setEID(eid(1)), 0);
     EXPECT_EQ(it->getObject(back, 1185), 0);
     EXPECT_TRUE(back == configuration) << "what was written into the copy stayed there";
-
-    it->seek(1185);
-    it->setComplexType(0, 0);
-    boost::shared_ptr<HBXConfiguration> object;
-    ASSERT_EQ(HBXReaderDerived<HBXConfiguration>()(*it, object), 0) << "unmarked, as the family's default";
-    EXPECT_TRUE(*object == configuration);
-
     const Cursor bare = newCursor();
     EXPECT_EQ(bare->putObject(configured("<other/>"), 1185), -1);
     EXPECT_EQ(bare->getObject(back, 1185), -1) << "an element without children";

@@ -87,25 +87,5 @@ TEST_F(SaveFault, WhicheverCallFailsTheFileIsWhole) {
     }
 }
 
-TEST_F(SaveFault, FolderThatMayNotBeWrittenLeavesTheOldFile) {
-    constexpr uid_t kNobody = 65534;
-    const bool isRoot = geteuid() == 0; // to whom folders are never closed
-    write("agent.xml", old_);
-    chmod(path().c_str(), 0555);
-    if (isRoot) {
-        ASSERT_EQ(seteuid(kNobody), 0);
-    }
-    const int result = changed_.saveToFile(path("agent.xml"));
-    const std::string& reason = getErrorMessage();
-    if (isRoot) {
-        ASSERT_EQ(seteuid(0), 0);
-    }
-    chmod(path().c_str(), 0755);
-    EXPECT_EQ(result, -1);
-    EXPECT_NE(reason.find(errnoText(EACCES)), std::string::npos) << reason;
-    EXPECT_EQ(contentOf(path("agent.xml")), old_);
-    EXPECT_EQ(files(), 1);
-}
-
 } // namespace
 } // namespace HBX::test

@@ -2,9 +2,7 @@
 
 #include <limits>
 
-#include <HBXFunctionalityCore/HBXFunctionalityCore.h>
-
-#include "support/MessageTestUtil.h"
+#include "EnvTestUtil.h"
 
 /// The small values that configurations consist of.
 namespace HBX::test {
@@ -20,10 +18,9 @@ TEST(QoS, ParsesOneNumberOrTwo) {
         std::int64_t limit;
     } rows[] = {
         {"100", 0, 100, 100},   {"100:200", 0, 100, 200},
-        {"-5:7", 0, -5, 7},     {"100:", 0, 100, 100},
-        {"100:x", 0, 100, 100}, {"1 :2", 0, 1, 1},
-        {"x", -1, 1, 2},        {"", -1, 1, 2},
-        {":5", -1, 1, 2},       {"9223372036854775807:99999999999999999999", 0, kMost, kMost},
+        {"-5:7", 0, -5, 7},     {"1 :2", 0, 1, 1},
+        {"100:x", 0, 100, 100}, {":5", -1, 1, 2},
+        {"", -1, 1, 2},         {"9223372036854775807:99999999999999999999", 0, kMost, kMost},
     };
     for (const auto& row : rows) {
         HBXQoS qos;
@@ -33,8 +30,6 @@ TEST(QoS, ParsesOneNumberOrTwo) {
         EXPECT_EQ(qos.barrier.get(), row.barrier) << row.text;
         EXPECT_EQ(qos.limit, row.limit) << row.text;
     }
-    EXPECT_FALSE(HBXQoS("x").barrier.isSet());
-    EXPECT_EQ(HBXQoS::unlimited, kMost);
 }
 
 TEST(QoS, WithoutBarrierEqualsEveryOneOfItsLimit) {
@@ -42,14 +37,11 @@ TEST(QoS, WithoutBarrierEqualsEveryOneOfItsLimit) {
     bare.limit = 5;
     const HBXQoS low("1:5");
     const HBXQoS high("2:5");
-    EXPECT_EQ(bare, low);
-    EXPECT_EQ(bare, high);
-    EXPECT_LT(low, high);
-    EXPECT_LT(high, HBXQoS("0:6"));
+    EXPECT_TRUE(bare == low && bare == high && low < high);
+    EXPECT_LT(high, HBXQoS("0:6")) << "limits come before barriers";
     HBXQoS named;
     named.id = "a";
     EXPECT_LT(HBXQoS("9:9"), named) << "the id comes first";
-    EXPECT_EQ((std::set<HBXQoS>{low, high, HBXQoS("1:5")}.size()), 2U);
 }
 
 TEST(IPAddress, KeepsDottedMasksAsPrefixLengthsAndSendsThemDotted) {
@@ -62,12 +54,11 @@ TEST(IPAddress, KeepsDottedMasksAsPrefixLengthsAndSendsThemDotted) {
         {"10.0.0.1", "255.255.255.0", "24", "255.255.255.0"},
         {"10.0.0.1", "24", "24", "255.255.255.0"},
         {"10.0.0.1", "255.0.255.0", "8", "255.0.0.0"},
-        {"10.0.0.1", "0.0.0.0", "0", "0.0.0.0"},
         {"10.0.0.1", "33", "33", "33"},
         {"10.0.0.1", "no.mask", "no.mask", "no.mask"},
         {"10.0.0.1", "", "9", "absent"}, // what is absent stays
-        {"fe80::1", "24", "24", "24"},
         {"fe80::1", "255.255.0.0", "255.255.0.0", "255.255.0.0"},
+        {"fe80::1", "24", "24", "24"},
         {"name", "16", "16", "255.255.0.0"},
     };
     for (const auto& row : rows) {
@@ -82,38 +73,7 @@ TEST(IPAddress, KeepsDottedMasksAsPrefixLengthsAndSendsThemDotted) {
         it->deleteChild(1262);
         EXPECT_EQ(it->getObject(back, 0), -1) << "the address itself must be there";
     }
-    EXPECT_EQ(HBXIPAddress("10.0.0.1", 24), HBXIPAddress("10.0.0.1", "255.255.255.0"));
     EXPECT_EQ(HBXIPAddress("10.0.0.1").toStringWithNetwork(), "10.0.0.1");
-}
-
-TEST(VtSettings, LeavesOutAnEmptyDescriptionAndAVersionThatCannotBeRead) {
-    const Cursor it = newCursor();
-    HBXVtSettings settings;
-    settings.version = HBXVtVersion{"p", "a", "t"};
-    EXPECT_EQ(it->putObject(settings, 0), 0);
-    EXPECT_EQ(it->seekPresence(1496), -1);
-    it->seek(1897);
-    it->deleteChild(2103);
-    it->seekRoot();
-    settings.version.reset();
-    EXPECT_EQ(it->getObject(settings, 0), 0);
-    EXPECT_FALSE(settings.version.isSet());
-}
-
-TEST(AlertType, IsANumberWithoutMarks) {
-    const Cursor it = newCursor();
-    auto back = HBXAlertData::RED;
-    EXPECT_NE(HBXAlertTypeReader()(*it, back), 0);
-    EXPECT_EQ(back, HBXAlertData::RED);
-    for (const int level : {0, 3, 77, -1}) {
-        const auto type = static_cast<HBXAlertData::AlertType>(level);
-        EXPECT_EQ(HBXWriterIDT(HBXAlertTypeWriter(), 1003)(*it, type), 0);
-        it->seek(1003);
-        EXPECT_EQ(it->curType(), "");
-        EXPECT_EQ(HBXAlertTypeReader()(*it, back), 0);
-        EXPECT_EQ(back, type);
-        it->deleteFromChild();
-    }
 }
 
 } // namespace

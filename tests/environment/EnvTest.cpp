@@ -4,8 +4,6 @@
 
 #include <cstring>
 
-#include <HBXMessage/HBXDerivedParsers.h>
-
 #include "EnvTestUtil.h"
 
 namespace HBX::test {
@@ -36,10 +34,7 @@ TEST(Env, TakesItsRecordFromItsConfigurations) {
     const auto config = configNamed("web");
     config->setType("special");
     HBXEnv env(kId, config);
-    EXPECT_EQ(env.getEID(), kId);
-    EXPECT_FALSE(env.getParentEID().isValid());
     EXPECT_EQ(env.getType().str(), "special");
-    EXPECT_EQ(env.getConfig(), config);
     EXPECT_EQ(HBXEnvConfig(recordOf(env)), *config);
     EXPECT_EQ(HBXEnv(kId, boost::make_shared<HBXVEnvConfig>()).getTitle(), kId.toString());
 
@@ -49,7 +44,6 @@ TEST(Env, TakesItsRecordFromItsConfigurations) {
     }
     env = HBXEnv(kId, config);
     EXPECT_FALSE(env.getEID().isValid()) << "its configuration fits in no record";
-    EXPECT_NE(env.getConfig(), config);
 }
 
 TEST(Env, CopiesShareTheRecordAndItsAlertLevels) {
@@ -59,16 +53,11 @@ TEST(Env, CopiesShareTheRecordAndItsAlertLevels) {
     EXPECT_EQ(env.getStatus(), HBXEnvStatus(3, 0));
     EXPECT_EQ(env.getAlertType(HBXAlertData::LICENSE), HBXAlertData::BLACK);
     EXPECT_EQ(env.getMaxAlertType(), static_cast<HBXAlertData::AlertType>(4));
-    for (const int number : {-1, 5}) {
+    for (const int number : {-1, HBXAlertData::kReasons}) {
         const auto reason = static_cast<HBXAlertData::AlertReason>(number);
         EXPECT_EQ(copy.setAlertType(reason, HBXAlertData::RED), -1);
         EXPECT_EQ(env.getAlertType(reason), HBXAlertData::GREEN);
     }
-    for (int reason = 0; reason < HBXAlertData::kReasons; ++reason) {
-        copy.setAlertType(static_cast<HBXAlertData::AlertReason>(reason),
-                          static_cast<HBXAlertData::AlertType>(-5));
-    }
-    EXPECT_EQ(env.getMaxAlertType(), HBXAlertData::GREEN);
 }
 
 TEST(Env, IsCalledByTheFirstTextThatItHas) {
@@ -80,8 +69,6 @@ TEST(Env, IsCalledByTheFirstTextThatItHas) {
         {"<name>c</name>", "<name>v</name>", "v"},
         {"<name>c</name>", "<name hbx:kind='text'/><host_name>vh</host_name>", "c"},
         {"<host_name>ch</host_name>", "<host_name>vh</host_name>", "vh"},
-        {"<host_name>ch</host_name>", "<address><entry><ip_address>1.1.1.1</ip_address></entry></address>",
-         "ch"},
         {"<address><entry><ip_address>2.2.2.2</ip_address></entry></address>",
          "<address><entry><ip_address>1.1.1.1</ip_address><netmask>255.0.0.0</netmask></entry></address>",
          "1.1.1.1"},
@@ -97,33 +84,25 @@ TEST(Env, SyncedRecordHoldsWhatTheConfigurationsSay) {
     const Core core = coreOf("<name>old</name><future/>", "<disabled>1</disabled>");
     core->eid = kId;
     core->type = "special";
-    const std::string before(core->configBytes());
     HBXEnv env = *envOver(core);
     EXPECT_EQ(env.syncBuffer(), 0);
     EXPECT_EQ(recordOf(env), core) << "nothing new";
-
     env.getConfig()->setName(Text(std::string("new")));
     EXPECT_EQ(env.syncBuffer(), 0);
-    EXPECT_EQ(core->configBytes(), before) << "another record took its place";
-    EXPECT_EQ(env.getEID(), kId);
+    EXPECT_NE(recordOf(env), core) << "another took its place";
+    EXPECT_EQ(recordOf(env)->eid, kId);
     EXPECT_EQ(env.getType().str(), "special");
-    EXPECT_EQ(*envOver(recordOf(env)), env);
     EXPECT_EQ(envOver(recordOf(env))->getTitle(), "new");
-
     env.getVirtualConfig()->setName(Text(std::string("virtual")));
-    EXPECT_EQ(env.syncBuffer(), 0);
-    EXPECT_EQ(envOver(recordOf(env))->getTitle(), "virtual");
     env.getConfig()->reset(true);
     EXPECT_EQ(env.syncBuffer(), 0);
+    EXPECT_EQ(envOver(recordOf(env))->getTitle(), "virtual");
     EXPECT_EQ(recordOf(env)->getConfig(), nullptr);
 }
 
 TEST(Env, ViewOverReadOnlyMemoryIsNeverWritten) {
-    const Core core =
-        coreOf("<name>mapped</name><address><entry><ip_address>::1</ip_address></entry></address>",
-               "<disabled>1</disabled>");
+    const Core core = coreOf("<name>mapped</name>", "<disabled>1</disabled>");
     core->eid = kId;
-    core->type = "special";
     void* page = mmap(nullptr, core->length(), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     ASSERT_NE(page, MAP_FAILED);
     std::memcpy(page, core.get(), core->length());
@@ -132,10 +111,7 @@ TEST(Env, ViewOverReadOnlyMemoryIsNeverWritten) {
         const Core mapped(core, static_cast<HBXEnvCoreBasic*>(page));
         const OwnEnv env(mapped);
         EXPECT_EQ(env.getTitle(), "mapped");
-        EXPECT_EQ(env.getType().str(), "special");
         EXPECT_EQ(env, OwnEnv(core));
-        HBXOptionalProperty<std::vector<HBXIPAddress>> addresses;
-        EXPECT_EQ(env.getConfig()->getAddresses(addresses), 0);
         std::string bytes;
         EXPECT_EQ(encodeRecord<HBXEnv>(env, bytes), 0);
         OwnEnv target(mapped); // reading an environment must not fall back on the record that it had
@@ -148,34 +124,26 @@ TEST(Env, ViewOverReadOnlyMemoryIsNeverWritten) {
 
 TEST(Env, ReadsWhatIsCompleteAndLeavesItselfAloneOtherwise) {
     const struct {
-        std::function<void(HBXMessageIterator&)> change;
+        void (*change)(HBXMessageIterator& it);
         int result;
+        std::string title;
     } rows[] = {
-        {[](auto&) {}, 0},
-        {[](auto& it) { it.putValue(77, 1003); }, 0}, // a sixth is passed over
-        {[](auto& it) { it.deleteChild(1185); }, 0},
-        {[](auto& it) { it.deleteChild(1872); }, 0},
-        {[](auto& it) { it.deleteChild(1870); }, -1},
-        {[](auto& it) { it.seek(1003), it.deleteFromChild(); }, -1},
-        {[](auto& it) { it.seek(1003), it.putValue("x", 0), it.seekUp(); }, -1},
+        {[](auto& it) { it.putValue(77, 1003); }, 0, "web"}, // a sixth is passed over
+        {[](auto& it) { it.deleteChild(1185); }, 0, kId.toString()},
+        {[](auto& it) { it.deleteChild(1870); }, -1, "kept"},
+        {[](auto& it) { it.seek(1003), it.deleteFromChild(); }, -1, "kept"},
     };
-    const HBXEnv original = fullEnv();
     for (const auto& row : rows) {
         const Cursor it = newCursor();
-        it->putObject(original, 0);
+        it->putObject(fullEnv(), 0);
         row.change(*it);
         HBXEnv env(HBXEID(HBXGUID(7, 7)), configNamed("kept"));
         const HBXEnv sharer(env);
         EXPECT_EQ(it->getObject(env, 0), row.result);
+        EXPECT_EQ(env.getTitle(), row.title);
+        EXPECT_EQ(env.getMaxAlertType(), row.result == 0 ? fullEnv().getMaxAlertType() : HBXAlertData::GREEN);
+        EXPECT_EQ(env.getType().str(), row.result == 0 ? "generic" : "");
         EXPECT_EQ(sharer.getTitle(), "kept");
-        EXPECT_EQ(env.getTitle() == "kept", row.result != 0);
-        if (row.result == 0) {
-            EXPECT_EQ(env.getStatus(), original.getStatus());
-            EXPECT_EQ(env.getAlertType(HBXAlertData::OTHER), original.getAlertType(HBXAlertData::OTHER));
-            EXPECT_EQ(env.getType().str(), "generic");
-            EXPECT_EQ(*envOver(recordOf(env)), env);
-            EXPECT_EQ(env.getTitle(), it->seekPresence(1185) == 0 ? "web" : kId.toString());
-        }
     }
 }
 
@@ -187,11 +155,9 @@ TEST(Env, ComparesByAllButTheType) {
     EXPECT_LT(HBXEnv(kId, typed), HBXEnv(HBXEID(HBXGUID(1, 3)), configNamed("a")));
 }
 
-TEST(EnvFamilies, ElementsHaveTheirOrderAndUnmarkedOnesReadAsTheBase) {
+TEST(Env, ElementsHaveTheirOrder) {
     const Cursor it = newCursor();
-    EXPECT_EQ(it->putObject(fullEnv(), 3061), 0);
-    it->seek(3061);
-    EXPECT_EQ(it->curType(), "env:env");
+    EXPECT_EQ(it->putObject(fullEnv(), 0), 0);
     std::string order;
     for (int moved = it->firstChild(); moved == 0; moved = it->nextSibling()) {
         std::string value;
@@ -199,22 +165,6 @@ TEST(EnvFamilies, ElementsHaveTheirOrderAndUnmarkedOnesReadAsTheBase) {
         order += std::to_string(it->curID()) + (it->curID() == 1003 ? '=' + value : "") + ' ';
     }
     EXPECT_EQ(order, "1870 1866 1192 1003=0 1003=1 1003=2 1003=3 1003=4 1185 1872 ");
-    EXPECT_EQ(it->curType(), "env:virtual_env_config");
-    it->seekUp();
-    it->setComplexType(0, 0);
-    boost::shared_ptr<HBXEnv> env;
-    EXPECT_EQ(HBXReaderDerived<HBXEnv>()(*it, env), 0);
-    EXPECT_EQ(*env, fullEnv());
-    it->seekUp();
-
-    boost::shared_ptr<HBXEnvConfig> config = boost::make_shared<HBXVEnvConfig>();
-    EXPECT_EQ(HBXWriterIDT(HBXWriterDerived<HBXEnvConfig>(), 1872)(*it, config), 0);
-    it->seek(1872);
-    EXPECT_EQ(HBXReaderDerived<HBXEnvConfig>()(*it, config), 0);
-    EXPECT_EQ(config->getConfigType(), VIRTUAL_CONFIG);
-    it->setComplexType(0, 0);
-    EXPECT_EQ(HBXReaderDerived<HBXEnvConfig>()(*it, config), 0);
-    EXPECT_EQ(config->getConfigType(), ENV_CONFIG);
 }
 
 } // namespace

@@ -2,26 +2,22 @@
 
 #include <HBXFunctionalityCore/HBXFunctionalityCore.h>
 
-#include "support/MessageTestUtil.h"
+#include "support/TextMessage.h"
 
 namespace HBX::test {
 
 using Core = boost::shared_ptr<HBXEnvCoreBasic>;
 using Text = HBXOptionalProperty<std::string>;
 
-/// A record with these messages, built over a tree each; the texts are what stands below the root.
+/// A record with these messages; the texts are what stands below the root.
 inline Core coreOf(const std::string& config, const std::string& virtualConfig = "") {
-    const auto cursorOn = [](const std::string& xml) {
-        Cursor it = newCursor();
-        it->fromTextToChild(("<message>" + xml + "</message>").c_str());
-        return it;
-    };
     Core core = HBXEnvCoreBasic::createInstance(nullptr, ENV_CONFIG);
     if (!config.empty()) {
-        core = HBXEnvCoreBasic::createInstance(cursorOn(config).get(), *core, ENV_CONFIG);
+        core = HBXEnvCoreBasic::createInstance(rootOf(textMessage(config)).get(), *core, ENV_CONFIG);
     }
     if (!virtualConfig.empty()) {
-        core = HBXEnvCoreBasic::createInstance(cursorOn(virtualConfig).get(), *core, VIRTUAL_CONFIG);
+        core =
+            HBXEnvCoreBasic::createInstance(rootOf(textMessage(virtualConfig)).get(), *core, VIRTUAL_CONFIG);
     }
     return core;
 }

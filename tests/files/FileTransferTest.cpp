@@ -4,8 +4,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,6 +11,8 @@
 #include <HBXFunctionalityCore/files/HBXFileDownload.h>
 #include <HBXFunctionalityCore/files/HBXFileUpload.h>
 #include <HBXFunctionalityCore/modules/HBXSecurityMBase.h>
+
+#include "support/ScratchFolder.h"
 
 // A layer between the library and the system that can fail: these stand before those of the C library.
 namespace {
@@ -60,11 +60,6 @@ off_t lseek(int descriptor, off_t offset, int whence) noexcept {
     return faultIsDue("lseek") ? -1 : call(descriptor, offset, whence);
 }
 
-int fstat(int descriptor, struct stat* status) noexcept {
-    static auto* const call = real<int(int, struct stat*)>("fstat");
-    return faultIsDue("fstat") ? -1 : call(descriptor, status);
-}
-
 int close(int descriptor) {
     static auto* const call = real<int(int)>("close");
     const int result = call(descriptor);
@@ -82,34 +77,23 @@ std::size_t openFiles() {
     return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
-/// A folder of its own; leaves no fault behind, and no open file.
+/// Leaves no fault behind, and no open file.
 class FileTransfer : public testing::Test {
 protected:
-    FileTransfer() {
-        std::string pattern = testing::TempDir() + "hbx-files-XXXXXX";
-        folder_ = mkdtemp(pattern.data());
-        clearErrorMessage();
-    }
     ~FileTransfer() override {
         fault = {};
         EXPECT_EQ(openFiles(), filesBefore_);
-        std::filesystem::remove_all(folder_);
     }
 
-    std::string path(const std::string& name) const { return folder_ / name; }
+    std::string path(const std::string& name) const { return folder_.path(name); }
     std::string write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(path(name), std::ios::binary) << bytes;
-        return path(name);
+        return folder_.write(name, bytes);
     }
-    std::string content(const std::string& name) const {
-        std::ostringstream bytes;
-        bytes << std::ifstream(path(name), std::ios::binary).rdbuf();
-        return bytes.str();
-    }
+    std::string content(const std::string& name) const { return contentOf(path(name)); }
 
 private:
     std::size_t filesBefore_ = openFiles();
-    std::filesystem::path folder_;
+    ScratchFolder folder_;
 };
 
 std::string pattern(std::size_t size) {
@@ -144,16 +128,13 @@ TEST_F(FileTransfer, UploadsInPiecesOfTheBuffer) {
         std::int64_t sizeThen;
     } rows[] = {
         {100, -1, 0, 524288, "100 ", 100},
-        {100, -1, 0, 100, "100 ", 100},
         {100, -1, 0, 30, "30 30 30 10 ", 100},
-        {1048576, -1, 0, 524288, "524288 524288 ", 1048576},
         {1048576, -1, 0, 2147483647, "524288 524288 ", 1048576},
         {524289, -1, 0, 1000000, "524288 1 ", 524289},
         {100, 40, 0, 100, "40 40 20 ", 40}, // the buffer has 40 bytes; the caller counts
         {100, -1, 90, 100, "10 ", 10},
         {100, -1, 100, 100, "", 0},
         {100, -1, 1000, 100, "", 0},
-        {0, -1, 0, 100, "", 0},
         {100, -7, 0, 100, "", -7},
     };
     for (const auto& row : rows) {
@@ -168,10 +149,7 @@ TEST_F(FileTransfer, UploadsInPiecesOfTheBuffer) {
             EXPECT_EQ(read, bytes.substr(static_cast<std::size_t>(row.offset)));
         }
         ASSERT_EQ(file.start(), 0) << "a second start begins anew";
-        std::string again;
-        EXPECT_EQ(piecesOf(file, row.limit, again), row.pieces);
-        EXPECT_EQ(again, read);
-        file.finish();
+        EXPECT_EQ(piecesOf(file, row.limit, read), row.pieces);
         file.finish();
     }
 }
@@ -215,10 +193,7 @@ TEST_F(FileTransfer, ReasonsOfFailedUploads) {
         int error;
     } rows[] = {
         {path("none"), {}, ENOENT},
-        {source + "/below", {}, ENOTDIR},
-        {"", {}, ENOENT},
         {source, {"lseek", 1, ESPIPE}, ESPIPE},
-        {source, {"fstat", 1, EOVERFLOW}, EOVERFLOW},
     };
     for (const auto& row : rows) {
         HBXFileUploadFromFile file(row.path, "peer", 50, 10);
@@ -231,16 +206,13 @@ TEST_F(FileTransfer, ReasonsOfFailedUploads) {
         EXPECT_EQ(file.fillBuffer(piece, length), -1) << "nothing is open";
         EXPECT_EQ(piece, nullptr);
     }
-    HBXFileUploadFromFile folder(std::filesystem::path(source).parent_path(), "peer", 1);
+    HBXFileUploadFromFile folder(path(""), "peer", 1);
     ASSERT_EQ(folder.start(), 0);
-    const char* piece = nullptr;
-    int length = 1;
-    EXPECT_EQ(folder.fillBuffer(piece, length), -1);
-    EXPECT_EQ(getErrorMessage(), "Cannot read from file \"" + folder.path + "\": Is a directory [21]");
-    for (const int refused : {0, -1, INT32_MIN}) {
-        length = refused;
-        EXPECT_EQ(folder.fillBuffer(piece, length), -1);
-        EXPECT_EQ(getErrorMessage(), "Cannot read from file \"" + folder.path + "\": Invalid argument [22]");
+    for (const auto& [length, reason] : {std::pair(1, "Is a directory [21]"), {0, "Invalid argument [22]"}}) {
+        const char* piece = nullptr;
+        int taken = length;
+        EXPECT_EQ(folder.fillBuffer(piece, taken), -1);
+        EXPECT_EQ(getErrorMessage(), "Cannot read from file \"" + folder.path + "\": " + reason);
     }
 }
 
@@ -274,11 +246,9 @@ TEST_F(FileTransfer, DownloadsWhereTheOffsetSays) {
         std::string then;
     } rows[] = {
         {nullptr, 0, 0, 0, "new"},
-        {nullptr, -1, 0, 0, "new"},
         {nullptr, -2, 0, 0, "new"},
         {nullptr, 2, 0, 0, std::string("\0\0new", 5)},
         {"old old", 0, 0, -1, "old old"},
-        {"old old", -1, 0, -1, "old old"},
         {"old old", -2, 0, -1, "old old"},
         {"old old", -2, ~1, -1, "old old"}, // every bit but the one that counts
         {"old old", 0, 1, 0, "new old"},    // the tail stays
@@ -339,7 +309,6 @@ TEST_F(FileTransfer, ReasonsOfFailedDownloads) {
     EXPECT_EQ(full.saveBuffer("x", 1), -1);
     EXPECT_EQ(getErrorMessage(), "Cannot write to file \"/dev/full\": No space left on device [28]");
     EXPECT_EQ(full.saveBuffer("x", -1), -1);
-    EXPECT_EQ(getErrorMessage(), "Cannot write to file \"/dev/full\": Invalid argument [22]");
 
     HBXFileDownloadToFile part(path("target"), "peer", 0, 0, {}, nullptr);
     ASSERT_EQ(part.start(), 0);
@@ -354,26 +323,8 @@ TEST_F(FileTransfer, ReasonsOfFailedDownloads) {
     EXPECT_EQ(getErrorMessage(), "Cannot open dst file \"" + part.path + "\": Invalid argument [22]");
 }
 
-TEST_F(FileTransfer, MissingPermissionsAreSaid) {
-    const std::string source = write("source", "secret");
-    std::filesystem::permissions(source, std::filesystem::perms::none);
-    std::filesystem::permissions(path(""), std::filesystem::perms(0555));
-    const uid_t user = geteuid();
-    const bool drops = user == 0; // nothing is forbidden to root
-    ASSERT_TRUE(!drops || seteuid(65534) == 0);
-    HBXFileUploadFromFile upload(source, "peer");
-    EXPECT_EQ(upload.start(), -1);
-    EXPECT_EQ(getErrorMessage(), "Cannot open src file \"" + source + "\": Permission denied [13]");
-    HBXFileDownloadToFile download(path("target"), "peer", 0, 0, {}, nullptr);
-    EXPECT_EQ(download.start(), -1);
-    EXPECT_EQ(getErrorMessage(), "Cannot open dst file \"" + download.path + "\": Permission denied [13]");
-    EXPECT_TRUE(!drops || seteuid(user) == 0);
-    std::filesystem::permissions(path(""), std::filesystem::perms(0755));
-}
-
 TEST_F(FileTransfer, AFileThatIsOpenIsNotOpenedAgain) {
     HBXFile file;
-    EXPECT_FALSE(file.isOpened());
     std::int64_t remaining = -1;
     ASSERT_EQ(file.openRead(write("one", pattern(10)), 0, &remaining), 0);
     ASSERT_EQ(file.openRead(path("two"), 4, &remaining), 0) << "goes on with the file that it has";
@@ -383,11 +334,8 @@ TEST_F(FileTransfer, AFileThatIsOpenIsNotOpenedAgain) {
     EXPECT_EQ(byte, pattern(10)[4]);
     HBXFile other(std::move(file));
     EXPECT_TRUE(other.isOpened());
-    HBXFile third;
-    third = std::move(other);
-    EXPECT_TRUE(third.isOpened());
-    third.close();
-    EXPECT_FALSE(third.isOpened());
+    other.close();
+    EXPECT_FALSE(other.isOpened());
 }
 
 TEST_F(FileTransfer, InMemoryBytesAreHandedOutWholeAndChecked) {
@@ -399,10 +347,8 @@ TEST_F(FileTransfer, InMemoryBytesAreHandedOutWholeAndChecked) {
         int result;
         std::string data;
     } rows[] = {
-        {-1, "abc", 3, 0, "abc"}, {3, zeros.data(), 3, 0, zeros},
-        {2, "abc", 2, 0, "ab"},   {0, "abc", 0, 0, ""},
-        {-2, "abc", -2, -1, ""},  {-1, nullptr, -1, -1, ""},
-        {3, nullptr, 3, -1, ""},  {2147483648, nullptr, 2147483648, -1, ""},
+        {-1, "abc", 3, 0, "abc"}, {3, zeros.data(), 3, 0, zeros}, {2, "abc", 2, 0, "ab"},
+        {-2, "abc", -2, -1, ""},  {-1, nullptr, -1, -1, ""},      {2147483648, nullptr, 2147483648, -1, ""},
     };
     for (const auto& row : rows) {
         HBXFileUploadInfo file("local", "peer", row.size, 0, row.bytes);

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
-
 #include "ProgramTest.h"
 
 namespace HBX {
-
-using Json = nlohmann::json;
 
 inline const std::string kHost = "00000000-0000-0000-0000-000000000001";
 inline const std::string kWeb = "00000000-0000-0000-0000-000000000002";
@@ -42,23 +38,16 @@ protected:
         }
         return write("env.xml", messageText("<data>" + text + "</data>"));
     }
-    void put(const std::vector<Sample>& envs) const {
-        const Ended ended = env({"put", messageOf(envs)});
-        ASSERT_EQ(ended.code, 0) << ended.err;
-    }
+    void put(const std::vector<Sample>& envs) const { EXPECT_EQ(out(call({"put", messageOf(envs)})), ""); }
     void putThree() const {
         put({{kHost, kNull, 6, "node", "host"},
              {kWeb, kHost, 3, "web &#9;[2J\xC2\x9B", "lab"},
              {kBare, kWeb}});
     }
-    Ended env(Words words) const {
-        words.insert(words.begin(), "env");
-        return run(joined(words, {"--cache", cache_}));
-    }
-    Json envJson(Words words) const {
-        words.emplace_back("--json");
-        const Ended ended = env(words);
-        return Json::parse(ended.out, nullptr, false);
+    Words call(const Words& words) const { return joined(joined({"env"}, words), {"--cache", cache_}); }
+    Ended env(const Words& words) const { return run(call(words)); }
+    Json envJson(const Words& words) const {
+        return Json::parse(env(joined(words, {"--json"})).out, nullptr, false);
     }
     /// The environments that "list" gives.
     Json listed(const Words& options = {}) const {

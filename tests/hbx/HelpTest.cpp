@@ -2,8 +2,6 @@
 
 #include <regex>
 
-#include <nlohmann/json.hpp>
-
 namespace HBX {
 namespace {
 
@@ -19,11 +17,6 @@ Words matches(const std::string& text, const std::string& pattern) {
 
 class HelpTest : public ProgramTest {
 protected:
-    std::string out(const Words& words) const {
-        const Ended ended = run(words);
-        EXPECT_EQ(ended.code, 0) << ended.err;
-        return ended.out;
-    }
     Words areas() const { return matches(out({"help"}), "\n  ([a-z-]+) "); }
     /// The page of every area.
     std::string allHelp() const {
@@ -37,41 +30,30 @@ protected:
 
 TEST_F(HelpTest, EveryRoadLeadsToTheSameHelp) {
     EXPECT_EQ(out({"help"}), out({"--help"}));
+    EXPECT_EQ(out({"help"}), out({"-h"}));
     for (const std::string& area : areas()) {
         EXPECT_EQ(out({"help", area}), out({area, "--help"}));
     }
     EXPECT_EQ(out({"help", "env", "list"}), out({"env", "list", "--help"}));
     EXPECT_EQ(out({"help", "env", "list"}).find("hbx env get"), std::string::npos);
-    EXPECT_EQ(run({"help", "massage"}).code, 2);
-    EXPECT_EQ(run({"help", "env", "eat"}).code, 2);
-    EXPECT_EQ(run({}).err, "hbx: which area?\n" + out({"help"}));
 }
 
-TEST_F(HelpTest, ThePageHoldsEveryCallThatThereIs) {
+TEST_F(HelpTest, ThePageHoldsEveryCallAndExitCodeThatThereIs) {
     const std::string page = contentOf(HBX_SOURCE_DIR "/docs/hbx.md");
     const Words calls = matches(allHelp(), "usage: (hbx [^\\[]*[^ \\[])");
     EXPECT_GE(calls.size(), 30U);
     for (const std::string& call : calls) {
         EXPECT_TRUE(std::regex_search(page, std::regex("`" + call + "[ `]"))) << call;
     }
-}
-
-TEST_F(HelpTest, ThePageHasTheTableOfExitCodes) {
-    std::string page = contentOf(HBX_SOURCE_DIR "/docs/hbx.md");
-    page.erase(std::remove(page.begin(), page.end(), '`'), page.end());
-    const std::string text = out({"help", "exit-codes"});
-    const Words meanings = matches(text, "[0-9]+  (.+)\n");
-    ASSERT_EQ(meanings.size(), linesOf(text));
     std::string table = "| Code | Meaning |\n|---|---|\n";
-    for (std::size_t code = 0; code < meanings.size(); ++code) {
-        table += "| " + std::to_string(code) + " | " + meanings[code] + " |\n";
-    }
-    EXPECT_NE(page.find(table + '\n'), std::string::npos) << table;
+    const std::string codes = out({"help", "exit-codes"});
+    table += std::regex_replace(codes, std::regex(" *([0-9]+)  (.+)\n"), "| $1 | $2 |\n");
+    EXPECT_NE(std::regex_replace(page, std::regex("`"), "").find(table + '\n'), std::string::npos) << table;
 }
 
 TEST_F(HelpTest, TheManualHoldsEveryVerbAndOption) {
     const std::string page = out({"help", "--man"});
-    std::string plain = std::regex_replace(page, std::regex(R"(\\-)"), "-");
+    const std::string plain = std::regex_replace(page, std::regex(R"(\\-)"), "-");
     EXPECT_EQ(plain.rfind(".TH HBX 1 ", 0), 0U);
     const std::string help = allHelp();
     for (const std::string& call : matches(help, "usage: (.+)\n")) {
@@ -87,16 +69,11 @@ TEST_F(HelpTest, TheManualHoldsEveryVerbAndOption) {
 }
 
 TEST_F(HelpTest, TheVersionsAreThoseOfWhatIsWritten) {
-    const auto formats = nlohmann::json::parse(out({"--version", "--json"}))["formats"];
+    const Json formats = json({"--version"})["formats"];
     const std::string request = sample("requests/environments-1-insert-host.xml");
-    const std::string mark = "hbx:v=\"" + to_string(formats["message_text"]) + '"';
-    EXPECT_NE(out({"message", "show", request}).find(mark), std::string::npos);
     EXPECT_EQ(out({"message", "convert", request})[4], formats["message_binary"].get<char>());
-    ASSERT_EQ(run({"env", "put", request}).code, 0);
+    (void)out({"env", "put", request});
     EXPECT_EQ(contentOf(path("home/environments.cache"))[32], formats["cache_file"].get<char>());
-    EXPECT_EQ(run({"options", "save", path("kept"), "--", "sid", "well-known"}).code, 0);
-    EXPECT_NE(contentOf(path("kept")).find("hbx:v=\"" + to_string(formats["options_file"]) + '"'),
-              std::string::npos);
     EXPECT_NE(out({"version"}).find("cache file            " + to_string(formats["cache_file"]) + '\n'),
               std::string::npos);
 }
@@ -107,10 +84,7 @@ TEST_F(HelpTest, EveryDocumentBeginsWithItsSchema) {
     const std::string trigger = sample("requests/schedule-once.xml");
     const std::string voc = sample("vocabulary/hbagent.voc.windows");
     ASSERT_EQ(run({"env", "put", request}).code, 0);
-    const struct {
-        const char* call; ///< area and verb
-        Words arguments;
-    } rows[] = {
+    const std::pair<std::string, Words> rows[] = {
         {"backup-uri parse", {"backup://a/b/c"}},
         {"backup-uri make", {"a/b"}},
         {"call", {trigger, request}},
@@ -138,19 +112,16 @@ TEST_F(HelpTest, EveryDocumentBeginsWithItsSchema) {
         {"version", {}},
     };
     Words tried;
-    for (const auto& row : rows) {
-        tried.emplace_back(std::string("hbx ") + row.call);
-        const std::string text = out(joined(joined(matches(row.call, "([^ ]+)"), row.arguments), {"--json"}));
+    for (const auto& [call, arguments] : rows) {
+        tried.push_back("hbx " + call);
+        const std::string text = out(joined(joined(matches(call, "([^ ]+)"), arguments), {"--json"}));
         const auto document = nlohmann::ordered_json::parse(text, nullptr, false);
         EXPECT_TRUE(text.empty() || (document.begin().key() == "schema" && document["schema"] == 1)) << text;
     }
     Words offered;
-    for (const std::string& area : areas()) {
-        for (const std::string& call : matches(out({"help", area}), "usage: (hbx [^\\[]*[^ \\[])")) {
-            const bool has = out(joined(matches(call.substr(3), "([^ ]+)"), {"--help"})).find("--json") !=
-                             std::string::npos;
-            offered.insert(offered.end(), has ? 1 : 0, call);
-        }
+    for (const std::string& call : matches(allHelp(), "usage: (hbx [^\\[]*[^ \\[])")) {
+        const std::string help = out(joined(matches(call.substr(3), "([^ ]+)"), {"--help"}));
+        offered.insert(offered.end(), help.find("--json") != std::string::npos ? 1 : 0, call);
     }
     EXPECT_EQ(tried, offered) << "a verb that has --json is missing above";
 }
@@ -158,18 +129,18 @@ TEST_F(HelpTest, EveryDocumentBeginsWithItsSchema) {
 TEST_F(HelpTest, RepliesAndChecksAreGivenAsJson) {
     const std::string good = sample("requests/schedule-once.xml");
     const std::string bad = sample("bad/mismatched-tags.xml");
-    const Ended called = run({"call", "--json", good, bad, good});
+    const Ended called = run({"call", "--json", good, path("missing"), bad, good});
     EXPECT_EQ(called.code, 3);
-    const auto replies = nlohmann::json::parse(called.out)["replies"];
+    EXPECT_EQ(linesOf(called.err), 2U) << "the others are answered";
+    const Json replies = Json::parse(called.out)["replies"];
     ASSERT_EQ(replies.size(), 2U);
     EXPECT_EQ(replies[1]["file"], good);
     EXPECT_EQ(replies[1]["reply"]["name"], "message");
-    EXPECT_EQ(run({"call", "--json", "--binary", good}).code, 2);
+    expectFailures({{{"call", "--json", "--binary", good}, 2, ""}});
 
     const Ended checked = run({"message", "check", "--json", good, bad});
-    EXPECT_EQ(checked.code, 3);
-    const auto files = nlohmann::json::parse(checked.out)["files"];
-    EXPECT_EQ(files[0], nlohmann::json({{"file", good}, {"message", true}}));
+    const Json files = Json::parse(checked.out)["files"];
+    EXPECT_EQ(files[0], Json({{"file", good}, {"message", true}}));
     EXPECT_EQ(files[1]["message"], false);
     EXPECT_EQ("hbx: " + files[1]["reason"].get<std::string>() + '\n', checked.err);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "support/ScratchFolder.h"
 #include "support/TextMessage.h"
@@ -17,12 +18,20 @@
 namespace HBX {
 
 using Words = std::vector<std::string>;
+using Json = nlohmann::json;
 
 /// What one run of the program left behind.
 struct Ended {
     int code; ///< exit code, 1000 + signal when it was killed
     std::string out;
     std::string err;
+};
+
+/// A call that does not succeed.
+struct Failure {
+    Words words;
+    int code;
+    std::string error; ///< the beginning of its complaint, behind "hbx: "
 };
 
 /// Where a run finds its streams; no input when none is given, output and complaints are caught when no file
@@ -69,15 +78,36 @@ protected:
         return end(start(std::move(words), streams), streams);
     }
 
+    /// What a call that succeeds prints.
+    std::string out(const Words& words, const Streams& streams = {}) const {
+        const Ended ended = run(words, streams);
+        EXPECT_EQ(ended.code, 0) << ended.err;
+        EXPECT_EQ(ended.err, "");
+        return ended.out;
+    }
+    Json json(const Words& words, const Streams& streams = {}) const {
+        return Json::parse(out(joined(words, {"--json"}), streams), nullptr, false);
+    }
+
+    /// Each says why in one line, a wrong call the usage after it, and prints nothing.
+    void expectFailures(const std::vector<Failure>& rows) const {
+        for (const Failure& row : rows) {
+            const Ended ended = run(row.words);
+            EXPECT_EQ(ended.code, row.code) << ended.err;
+            EXPECT_EQ(ended.err.rfind("hbx: " + row.error, 0), 0U) << ended.err;
+            EXPECT_TRUE(row.code == 2 || linesOf(ended.err) == 1) << ended.err;
+            EXPECT_EQ(ended.out, "");
+        }
+    }
+
     /// A run that goes on beside the test. Its streams must not be those of another.
     pid_t start(Words words, const Streams& streams) const {
         const std::string out = streams.out.empty() ? path("stdout") : streams.out;
-        const std::string err = streams.err.empty() ? path("stderr") : streams.err;
         const pid_t child = fork();
         if (child == 0) {
             redirect(streams.in, O_RDONLY, STDIN_FILENO);
             redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-            redirect(err, O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, STDERR_FILENO);
+            redirect(errorFile(streams), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, STDERR_FILENO);
             setenv("TZ", streams.zone.c_str(), 1);
             setenv("HBX_HOME", path("home").c_str(), 1); // the user's own files are not for tests
             words.insert(words.begin(), "hbx");
@@ -96,25 +126,14 @@ protected:
         int status = 0;
         waitpid(child, &status, 0);
         return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status),
-                streams.out.empty() ? contentOf(path("stdout")) : "", contentOfError(streams)};
-    }
-
-    /// "" of a terminal.
-    std::string contentOfError(const Streams& streams) const {
-        const std::string err = streams.err.empty() ? path("stderr") : streams.err;
-        return std::filesystem::is_regular_file(err) ? contentOf(err) : "";
-    }
-
-    /// Every beginning of some bytes, each in a file.
-    Words writeBeginnings(const std::string& bytes) const {
-        Words files;
-        for (std::size_t length = 0; length < bytes.size(); ++length) {
-            files.push_back(write("cut-" + std::to_string(length), bytes.substr(0, length)));
-        }
-        return files;
+                streams.out.empty() ? contentOf(path("stdout")) : "",
+                std::filesystem::is_regular_file(errorFile(streams)) ? contentOf(errorFile(streams)) : ""};
     }
 
 private:
+    std::string errorFile(const Streams& streams) const {
+        return streams.err.empty() ? path("stderr") : streams.err;
+    }
     static void redirect(const std::string& file, int flags, int stream) {
         const int descriptor = open(file.c_str(), flags, 0600);
         if (descriptor < 0 || dup2(descriptor, stream) < 0) {

@@ -9,7 +9,6 @@ namespace {
 constexpr HBXRow kLeaf[] = {member<&Leaf::number>(1010), member<&Leaf::text>(1018)};
 constexpr HBXRow kShape[] = {member<&Shape::size>(1067)};
 constexpr HBXRow kCircle[] = {member<&Circle::radius>(1087)};
-constexpr HBXRow kGroup[] = {list<&Group::members>(1008, 1017)};
 constexpr HBXRow kStamped[] = {member<&Stamped::stamp>(1), member<&Stamped::origin>(2)};
 constexpr HBXRow kChain[] = {list<&Chain::links>(0, 5)};
 constexpr HBXRow kEverything[] = {
@@ -27,25 +26,19 @@ constexpr HBXRow kEverything[] = {
     member<&Everything::mask>(42),
     member<&Everything::maybeNumber>(14),
     member<&Everything::maybeText>(17),
-    memberAs<&Everything::maybeFragment>(HBXKind::Xml, 19),
     member<&Everything::maybeCode>(21),
     member<&Everything::maybeLeaf>(22),
     optional<&Everything::plainNumber>(23),
-    optional<&Everything::plainLeaf>(26),
     unlessEmpty<&Everything::emptyable>(41),
     list<&Everything::numbers>(27, 28),
-    list<&Everything::words>(32, 28),
     list<&Everything::leafSet>(33, 28),
     list<&Everything::bareNumbers>(0, 35),
     polymorphic<&Everything::shape>(36),
     list<&Everything::shapes>(37, 38),
-    list<&Everything::nested>(39, 40),
-    valueOnly<&Everything::byHand>(),
 };
 
 const HBXDerivedParserFactoryT<Shape, Shape> kShapeEntry(true);
 const HBXDerivedParserFactoryT<Circle, Shape> kCircleEntry(false);
-const HBXDerivedParserFactoryT<Group, Shape> kGroupEntry(false);
 
 } // namespace
 
@@ -54,7 +47,6 @@ constinit const HBXRecordTable Leaf::table = recordTable<Leaf>("Leaf", 401, 5007
 constinit const HBXRecordTable Shape::table = recordTable<Shape>("Shape", 292, 5009, kShape);
 constinit const HBXPointerType Shape::family = familyType<Shape>();
 constinit const HBXRecordTable Circle::table = recordTable<Circle, Shape>("Circle", 283, 5010, kCircle);
-constinit const HBXRecordTable Group::table = recordTable<Group, Shape>("Group", 0, 5011, kGroup);
 constinit const HBXRecordTable Stamped::table = recordTable<Stamped>("Stamped", 402, 5012, kStamped);
 constinit const HBXRecordTable Everything::table =
     recordTable<Everything, Stamped>("Everything", 403, 5013, kEverything);

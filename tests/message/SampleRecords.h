@@ -65,14 +65,6 @@ struct Circle : Shape {
     using Writer = HBXTableWriter<Circle>;
 };
 
-struct Group : Shape {
-    std::vector<boost::shared_ptr<Shape>> members;
-
-    static const HBXRecordTable table;
-    using Reader = HBXTableReader<Group>;
-    using Writer = HBXTableWriter<Group>;
-};
-
 struct Blob : Shape {};
 
 /// The base of the record below.
@@ -103,23 +95,18 @@ struct Everything : Stamped {
 
     HBXOptionalProperty<int> maybeNumber;
     HBXOptionalProperty<std::string> maybeText;
-    HBXOptionalProperty<std::string> maybeFragment;
     HBXOptionalProperty<Code> maybeCode;
     HBXOptionalProperty<Leaf> maybeLeaf;
 
     int plainNumber = 3;
-    Leaf plainLeaf;
     Code emptyable;
 
     std::vector<int> numbers;
-    std::set<std::string> words;
     std::set<Leaf> leafSet;
     std::set<int> bareNumbers;
 
     boost::shared_ptr<Shape> shape;
     std::vector<boost::shared_ptr<Shape>> shapes;
-    std::vector<Everything> nested;
-    int byHand = 5;
 
     static const HBXRecordTable table;
     using Reader = HBXTableReader<Everything>;

@@ -15,7 +15,7 @@ TEST(NamedProperty, WritesEveryOperationButNone) {
     const struct {
         int operation;
         bool written;
-    } rows[] = {{-1, false}, {0, true}, {1, true}, {-2, true}, {-2147483647 - 1, true}};
+    } rows[] = {{-1, false}, {0, true}, {-2, true}};
     for (const auto& row : rows) {
         Property property("cn");
         property.operation = row.operation;
@@ -38,10 +38,6 @@ TEST(NamedProperty, ReadsWithoutValuesButNotWithoutName) {
     it->putValue("v", 1018);
     EXPECT_EQ(it->getObject(property, 0), -1);
     it->deleteChild(1018);
-    it->newChild(1026);
-    it->seekUp();
-    EXPECT_EQ(it->getObject(property, 0), -1) << "a name without value";
-    it->deleteChild(1026);
     it->putValue("cn", 1026);
     EXPECT_EQ(it->getObject(property, 0), 0);
     EXPECT_EQ(property.name, "cn");
@@ -60,28 +56,11 @@ TEST(NamedProperty, IsOneKeyWhateverTheCaseOfItsName) {
 TEST(NamedProperty, NullPointersInAnOrderedSetEndTheProgram) {
     const auto property = boost::make_shared<Property>();
     const HBXLessNamedOpStrListPropertyPtr less;
-    HBXSourcePlace place{};
-    const HBXAbortHook previous = setAbortHook([&](const HBXSourcePlace& where) {
-        place = where;
-        throw 1;
-    });
-    EXPECT_THROW(less(property, nullptr), int);
-    EXPECT_THROW(less(nullptr, property), int);
-    setAbortHook(previous);
-    EXPECT_EQ(place.line, 30);
-    EXPECT_STREQ(place.file, "core/src/HBXFunctionalityCore/HBXProperty");
-    EXPECT_STREQ(place.function, "HBX::HBXLessNamedOpStrListPropertyPtr::operator ()");
-}
-
-TEST(OptionalProperty, SortsUnsetFirstAndForgetsOnReset) {
-    HBXOptionalProperty<int> unset;
-    HBXOptionalProperty<int> set(-5);
-    EXPECT_TRUE(unset < set);
-    EXPECT_FALSE(set < unset);
-    EXPECT_FALSE(unset == set);
-    set.reset();
-    EXPECT_TRUE(unset == set);
-    EXPECT_EQ(set.get(), 0);
+    for (const std::string& place :
+         {abortOf([&] { less(property, nullptr); }), abortOf([&] { less(nullptr, property); })}) {
+        EXPECT_EQ(place, "HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXProperty:30 "
+                         "HBX::HBXLessNamedOpStrListPropertyPtr::operator ()");
+    }
 }
 
 } // namespace

@@ -51,11 +51,6 @@ TEST(SettingsReaders, TakeTheirPartOfAList) {
     EXPECT_THAT(idsAfter(intersection, *list), ElementsAre("b", "c"));
     EXPECT_THAT(idsAfter(difference, *list), ElementsAre("a"));
 
-    const Cursor none = screens({});
-    EXPECT_THAT(idsAfter(filter, *none), ElementsAre("a", "b", "c"));
-    EXPECT_THAT(idsAfter(intersection, *none), IsEmpty());
-    EXPECT_THAT(idsAfter(difference, *none), ElementsAre("a", "b", "c"));
-
     list->newChild(kItem); // without an identifier
     list->seekUp();
     EXPECT_THAT(idsAfter(filter, *list, -1), ElementsAre("a", "b", "c", "d*", "b*", "b*"));

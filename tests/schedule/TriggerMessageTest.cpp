@@ -20,7 +20,6 @@ std::string written(const char* words) {
 TEST(TriggerMessage, HoldsTheTrigger) {
     const std::string start = "><start_time>0</start_time>";
     const std::string end = "</trigger>";
-    EXPECT_EQ(written<HBXSchedulerOnceTrigger>("once"), "\"once_trigger\"" + start + end);
     EXPECT_EQ(written<HBXSchedulerDailyTrigger>("days 0"),
               "\"daily_trigger\"" + start + "<days_interval>0</days_interval>" + end);
     EXPECT_EQ(written<HBXSchedulerDailyTrigger>("both"),
@@ -28,9 +27,6 @@ TEST(TriggerMessage, HoldsTheTrigger) {
     EXPECT_EQ(written<HBXSchedulerWeeklyTrigger>("weeks 2 0,6"),
               "\"weekly_trigger\"" + start +
                   "<weeks_interval>2</weeks_interval><week_day>0</week_day><week_day>6</week_day>" + end);
-    EXPECT_EQ(written<HBXSchedulerMonthlyTrigger>("months 1,32 4"),
-              "\"monthly_trigger\"" + start +
-                  "<month_day>1</month_day><month_day>32</month_day><month>4</month>" + end);
     EXPECT_EQ(written<HBXSchedulerMonthlyDayOfWeekTrigger>("weekdays 1 5 2"),
               "\"monthly_day_of_week_trigger\"" + start +
                   "<week_day>1</week_day><month_week>5</month_week><month>2</month>" + end);

@@ -2,9 +2,11 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <new>
 
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,11 +30,19 @@ public:
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
+    pid_t pid() const { return pid_; }
     void signal(int number) const { ::kill(pid_, number); }
-    void waitUntilStopped() const { waitFor(WUNTRACED); }
+    /// @return the signal that stopped it, 0 when it has ended.
+    int waitUntilStopped() const {
+        const int status = waitFor(WUNTRACED);
+        return WIFSTOPPED(status) ? WSTOPSIG(status) : 0;
+    }
     /// @return what `work` gave, or 1000 and the signal that ended it.
     int wait() {
-        const int status = waitFor(0);
+        int status = waitFor(0);
+        while (WIFSTOPPED(status)) { // also said of one that is traced
+            status = waitFor(0);
+        }
         pid_ = 0;
         return WIFSIGNALED(status) ? 1000 + WTERMSIG(status) : WEXITSTATUS(status);
     }
@@ -52,6 +62,13 @@ private:
 template <class Work>
 int inChild(Work work) {
     return ChildProcess(work).wait();
+}
+
+/// In this process no file grows beyond the limit: it stands for a full disk.
+inline void limitFileSize(std::uint64_t size) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{size, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 /// An object that forked processes and this one see alike; survives any kill.
