@@ -18,8 +18,8 @@ TEST(CursorBuild, RefusesIdsAndNamesThatNameNothing) {
         EXPECT_EQ(it->setComplexType(id, 295) + it->setComplexType(283, id), -2) << id;
         EXPECT_THAT(results, ::testing::Each(-1)) << id;
     }
-    const int zeros[] = {it->newChild(0),  it->putChild(0),  it->putAttr(5, 0),
-                         it->newChild(""), it->putChild(""), it->putValue("abc", -1, 5)};
+    const int zeros[] = {it->newChild(0), it->putChild(0), it->putAttr(5, 0), it->newChild(""),
+                         it->putChild("")};
     EXPECT_THAT(zeros, ::testing::Each(-1));
     for (const std::string& name : {std::string("a\0b", 3), std::string(1025, 'x')}) {
         const int results[] = {it->newChild(name), it->putChild(name), it->putValue("x", name),
@@ -73,24 +73,15 @@ void expectStale(HBXMessageIterator& it, const std::string& bytes, const char* h
     EXPECT_EQ(it.curID() + it.curNamespaceID(), 0);
     EXPECT_EQ(it.curName() + it.curType() + twin->curName(), "");
     EXPECT_THAT(tryEveryChange(it), ::testing::Each(-1));
-    const int results[] = {it.seekUp(),
-                           it.seek(1026),
-                           it.seek("name"),
-                           it.seekPresence(1026),
-                           it.firstChild(),
-                           it.nextSibling(),
-                           it.nextSibling(1026),
-                           twin->seekUp(),
-                           it.getValue(number, 0),
-                           it.getValue(value, 1026),
-                           it.getValue(value, "nobody"),
-                           it.getAttr(value, 1026),
-                           it.getValueTimeZone(time, number, 1026),
-                           fresh->copyToChild(&it),
-                           deserializeToChild(it, bytes),
-                           it.serializeFromChild(&data, &number),
-                           it.getMessage()->deserialize(&it, nullptr)};
-    EXPECT_THAT(results, ::testing::Each(-1));
+    const int moves[] = {it.seekUp(),     it.seek(1026),    it.seek("name"),      it.seekPresence(1026),
+                         it.firstChild(), it.nextSibling(), it.nextSibling(1026), twin->seekUp()};
+    const int reads[] = {it.getValue(number, 0), it.getValue(value, 1026), it.getValue(value, "nobody"),
+                         it.getAttr(value, 1026), it.getValueTimeZone(time, number, 1026)};
+    const int trees[] = {fresh->copyToChild(&it), deserializeToChild(it, bytes),
+                         it.serializeFromChild(&data, &number), it.getMessage()->deserialize(&it, nullptr)};
+    EXPECT_THAT(moves, ::testing::Each(-1));
+    EXPECT_THAT(reads, ::testing::Each(-1));
+    EXPECT_THAT(trees, ::testing::Each(-1));
     EXPECT_EQ(it.toTextFromChild(), nullptr);
     EXPECT_EQ(it.copyMessage(), nullptr);
     EXPECT_TRUE(value == "kept" && number == 7 && time == 7 && data == nullptr);
@@ -129,29 +120,33 @@ TEST(CursorBuild, CursorOnARemovedElementFailsUntilItIsRevived) {
     }
 }
 
-TEST(CursorBuild, TreeThatIsEditedForEverDoesNotGrow) {
-    const Cursor it = newCursor();
-    it->newChild(1021);
-    const auto edit = [&](int rounds) {
-        for (int i = 0; i < rounds; ++i) {
-            it->putChild(1026);
-            it->putValue(std::string(static_cast<std::size_t>(i % 300), 'v'), 0);
-            it->putAttr(std::string(static_cast<std::size_t>(i % 100), 'a'), 1010 + i % 3);
-            it->putValue(i, "named");
-            it->seekUp();
-            if (i % 5 == 4) {
-                it->deleteChild(1026);
-            }
-            if (i % 100 == 99) {
-                it->copyToChild(secondCursor(*it, false).get());
-                it->deleteChild(1021);
-            }
+TEST(CursorBuild, TreeThatIsEditedForEverNeitherGrowsNorSlowsDown) {
+    for (const int beside : {0, 200'000}) {
+        const Cursor it = newCursor();
+        for (int i = 0; i < beside; ++i) {
+            it->putValue("beside", 7);
         }
-        return allocatedBytes();
-    };
-    const std::size_t before = edit(2000);
-    EXPECT_LT(edit(50'000), before + 20'000);
-    EXPECT_LT(bytesOf(*it).size(), 200U);
+        it->newChild(1021);
+        const auto edit = [&](int rounds) {
+            for (int i = 0; i < rounds; ++i) {
+                it->putChild(1026);
+                it->putValue(std::string(static_cast<std::size_t>(i % 300), 'v'), 0);
+                it->putAttr(std::string(static_cast<std::size_t>(i % 100), 'a'), 1010 + i % 3);
+                it->putValue(i, "named");
+                it->seekUp();
+                if (i % 5 == 4) {
+                    it->deleteChild(1026);
+                }
+                if (i % 100 == 99) {
+                    it->copyToChild(secondCursor(*it).get());
+                    it->deleteChild(1021);
+                }
+            }
+            return allocatedBytes();
+        };
+        const std::size_t before = edit(2000);
+        EXPECT_LT(edit(50'000), before + 20'000 + static_cast<std::size_t>(beside) * 5);
+    }
 }
 
 } // namespace

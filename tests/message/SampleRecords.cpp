@@ -26,7 +26,6 @@ constexpr HBXRow kEverything[] = {
     member<&Everything::mask>(42),
     member<&Everything::maybeNumber>(14),
     member<&Everything::maybeText>(17),
-    member<&Everything::maybeCode>(21),
     member<&Everything::maybeLeaf>(22),
     optional<&Everything::plainNumber>(23),
     unlessEmpty<&Everything::emptyable>(41),
@@ -53,21 +52,9 @@ constinit const HBXRecordTable Everything::table =
 constinit const HBXRecordTable Chain::table = recordTable<Chain>("Chain", 0, 0, kChain);
 
 int Code::fromString(std::string_view text) {
-    for (const char c : text) {
-        if (c < 'A' || c > 'Z') {
-            return -1;
-        }
-    }
-    letters = text;
-    return 0;
-}
-
-Code Code::sample(std::uint64_t random) {
-    Code code;
-    for (; random % 5 != 0; random /= 5) {
-        code.letters += static_cast<char>('A' + random % 26);
-    }
-    return code;
+    const bool good = text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string_view::npos;
+    letters = good ? text : letters;
+    return good ? 0 : -1;
 }
 
 } // namespace HBX::test
