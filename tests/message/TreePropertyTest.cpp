@@ -163,6 +163,32 @@ std::string show(const Plain& place) {
     return dump + '}';
 }
 
+/// Everything a cursor offers, on an element that is gone.
+void expectStale(It& it) {
+    const Cursor fresh = newCursor();
+    const Cursor twin = secondCursor(it);
+    std::string value = "kept";
+    int number = 7;
+    std::int64_t time = 7;
+    char* data = nullptr;
+    EXPECT_EQ(it.curID() + it.curNamespaceID(), 0);
+    EXPECT_EQ(it.curName() + it.curType() + twin->curName(), "");
+    const int moves[] = {it.seekUp(),     it.seek(5),       it.seek("name"),   it.seekPresence(5),
+                         it.firstChild(), it.nextSibling(), it.nextSibling(5), twin->seekUp()};
+    const int reads[] = {it.getValue(number, 0), it.getValue(value, 5), it.getValue(value, "nobody"),
+                         it.getAttr(value, 1026), it.getValueTimeZone(time, number, 5)};
+    const int trees[] = {fresh->copyToChild(&it), deserializeToChild(it, bytesOf(it)),
+                         it.serializeFromChild(&data, &number), it.getMessage()->deserialize(&it, nullptr)};
+    EXPECT_THAT(tryEveryChange(it), ::testing::Each(-1));
+    EXPECT_THAT(moves, ::testing::Each(-1));
+    EXPECT_THAT(reads, ::testing::Each(-1));
+    EXPECT_THAT(trees, ::testing::Each(-1));
+    EXPECT_EQ(it.toTextFromChild(), nullptr);
+    EXPECT_EQ(it.copyMessage(), nullptr);
+    EXPECT_TRUE(value == "kept" && number == 7 && time == 7 && data == nullptr);
+    EXPECT_EQ(twin->seek("/"), 0);
+}
+
 /// Two cursors on a tree, and the same two on the model, where removed elements are gone.
 class EditRun {
 public:
@@ -176,7 +202,7 @@ public:
         It& it = *cursors_[which];
         Place here = places_[which].lock();
         if (here == nullptr) {
-            EXPECT_THAT(tryEveryChange(it), ::testing::Each(-1)) << "stale";
+            expectStale(it);
             EXPECT_EQ(it.seekRoot(), 0);
             here = root_;
         } else if (random_() % 2 == 0) {
@@ -304,10 +330,24 @@ private:
         return here;
     }
 
-    /// The same tree out of its bytes; every cursor is stale then.
+    /// The same tree anew, or an empty one; every cursor is stale then.
     Place reload(It& it) {
+        HBXMessage& message = *it.getMessage();
         const std::string bytes = bytesOf(it);
-        EXPECT_EQ(it.getMessage()->init(bytes.data(), static_cast<int>(bytes.size())), 0);
+        switch (random_() % 4) {
+        case 0:
+            EXPECT_EQ(message.init(bytes.data(), static_cast<int>(bytes.size())), 0);
+            break;
+        case 1:
+            EXPECT_EQ(message.fromText(takeText(it.toText()).c_str(), nullptr), 0);
+            break;
+        case 2:
+            EXPECT_EQ(message.deserialize(rootOf(parseMessage(bytes)).get(), nullptr), 0);
+            break;
+        default:
+            EXPECT_EQ(message.create(5), 0);
+            root_ = std::make_shared<Plain>();
+        }
         places_ = {};
         return nullptr;
     }

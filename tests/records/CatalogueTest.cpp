@@ -185,6 +185,7 @@ TEST(Catalogue, EveryClassOfAFamilyIsFoundByTheMarkItWrites) {
                 << table->name;
         }
     }
+    EXPECT_EQ(HBXDerivedParserFactory<HBXSchedulerTrigger>::factoryData()->defaultFactory(), nullptr);
     for (const auto& [registry, count] : registered) {
         EXPECT_EQ(registry->byType().size(), count) << "all of them are in the catalogue";
     }
