@@ -9,87 +9,70 @@ const std::string kTree = "<data><system><configuration><log_level>4</log_level>
 
 TEST(ConfigurationIterator, PathsLeadThroughTheWrapperOnceAndFailWhole) {
     const HBXConfiguration configuration = configured(kTree);
-    const struct {
-        const char* from;
-        const char* path;
-        const char* where; ///< null: fails
-        const char* value = nullptr;
-    } rows[] = {
-        {"/system/group", "/", "data"},
+    const std::string none; // the path leads nowhere, or there is no value
+    const std::tuple<const char*, const char*, std::string, std::string> rows[] = {
+        {"/system/group", "/", "data", none},
         {"/", "/system/log_level", "data/system/log_level", "4"},
         {"/system", "log_level", "data/system/log_level", "4"},
         {"/system/group", "inner", "data/system/group/inner", "7"},
-        {"/system/group", "/bare", "data/bare"},
+        {"/system/group", "/bare", "data/bare", none},
         // Further down the wrapper's name is a plain one.
         {"/", "/system/group/configuration/deep", "data/system/group/configuration/deep", "1"},
-        {"/", "/system/configuration/log_level", nullptr},
-        {"/", "", nullptr},
-        {"/", "data", nullptr},
-        {"/", "//system", nullptr},
-        {"/", "system/", nullptr},
-        {"/", "system//log_level", nullptr},
-        {"/", "System", nullptr},
-        {"/system/group", "inner/none", nullptr},
-        {"/bare", "log_level", nullptr},
-        {"/hollow", "log_level", nullptr},
-        {"/system/log_level", "log_level", nullptr},
+        {"/", "/system/configuration/log_level", none, none},
+        {"/", "", none, none},
+        {"/", "data", none, none},
+        {"/", "//system", none, none},
+        {"/", "system/", none, none},
+        {"/", "system//log_level", none, none},
+        {"/", "System", none, none},
+        {"/system/group", "inner/none", none, none},
+        {"/bare", "log_level", none, none},
+        {"/hollow", "log_level", none, none},
+        {"/system/log_level", "log_level", none, none},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(std::string(row.from) + " + \"" + row.path + '"');
-        const int expected = row.where != nullptr ? 0 : -1;
-        OpenIterator it(configuration, row.from);
+    for (const auto& [from, path, where, value] : rows) {
+        SCOPED_TRACE(std::string(from) + " + \"" + path + '"');
+        OpenIterator it(configuration, from);
         const std::string before = it.where();
-        std::string value = "kept";
-        EXPECT_EQ(it.getValue(value, row.path), row.value != nullptr ? 0 : -1);
-        EXPECT_EQ(value, row.value != nullptr ? row.value : "kept");
+        std::string read;
+        EXPECT_EQ(it.getValue(read, path), value == none ? -1 : 0);
+        EXPECT_EQ(read, value);
         EXPECT_EQ(it.where(), before);
-        EXPECT_EQ(it.seekPresence(row.path), expected);
+        EXPECT_EQ(it.seekPresence(path), where == none ? -1 : 0);
         EXPECT_EQ(it.where(), before);
-        EXPECT_EQ(it.seek(row.path), expected);
-        EXPECT_EQ(it.where(), row.where != nullptr ? row.where : before);
+        EXPECT_EQ(it.seek(path), where == none ? -1 : 0);
+        EXPECT_EQ(it.where(), where == none ? before : where);
     }
     EXPECT_EQ(treeOf(configuration), kTree) << "looking changes nothing";
 }
 
 TEST(ConfigurationIterator, StepsMoveOrSayNo) {
     using It = OpenIterator;
-    const struct {
-        const char* name;
-        const char* from;
-        int (*step)(It&);
-        int result;
-        const char* where;
-    } rows[] = {
-        {"up at the top", "/", [](It& it) { return it.seekUp(); }, -1, "data"},
-        {"up over the wrapper", "/system/group", [](It& it) { return it.seekUp(); }, 0, "data/system"},
-        {"first setting", "/system", [](It& it) { return it.firstChild(); }, 0, "data/system/log_level"},
-        {"named child", "/system", [](It& it) { return it.firstChild("group"); }, 0, "data/system/group"},
-        {"no wrapper", "/bare", [](It& it) { return it.firstChild(); }, -1, "data/bare"},
-        {"no wrapper to create in", "/bare", [](It& it) { return it.newChild("x"); }, -1, "data/bare"},
-        {"empty wrapper", "/hollow", [](It& it) { return it.firstChild(); }, -1, "hollow/configuration"},
-        {"nameless child", "/hollow", [](It& it) { return it.newChild(""); }, -1, "hollow/configuration"},
-        {"new section", "/", [](It& it) { return it.newChild("fresh"); }, 0, "data/fresh"},
-        {"new setting", "/hollow", [](It& it) { return it.newChild("fresh"); }, 0, "data/hollow/fresh"},
-        {"named sibling", "/system", [](It& it) { return it.nextSibling("hollow"); }, 0, "data/hollow"},
+    const std::tuple<const char*, int (*)(It&), int, const char*> rows[] = {
+        {"/", [](It& it) { return it.seekUp(); }, -1, "data"},
+        {"/system/group", [](It& it) { return it.seekUp(); }, 0, "data/system"}, // over the wrapper
+        {"/system", [](It& it) { return it.firstChild(); }, 0, "data/system/log_level"},
+        {"/system", [](It& it) { return it.firstChild("group"); }, 0, "data/system/group"},
+        {"/bare", [](It& it) { return it.firstChild(); }, -1, "data/bare"}, // there is no wrapper
+        {"/bare", [](It& it) { return it.newChild("x"); }, -1, "data/bare"},
+        {"/hollow", [](It& it) { return it.firstChild(); }, -1, "hollow/configuration"},
+        {"/hollow", [](It& it) { return it.newChild(""); }, -1, "hollow/configuration"},
+        {"/", [](It& it) { return it.newChild("fresh"); }, 0, "data/fresh"},
+        {"/hollow", [](It& it) { return it.newChild("fresh"); }, 0, "data/hollow/fresh"},
+        {"/system", [](It& it) { return it.nextSibling(); }, 0, "data/bare"},
+        {"/system", [](It& it) { return it.nextSibling("hollow"); }, 0, "data/hollow"},
         // The level stays 2 while the cursor stands on the wrapper: the climb ends above the top element.
-        {"removed", "/system/group", [](It& it) { return it.deleteFromChild(); }, 0, "/data/configuration"},
+        {"/system/group", [](It& it) { return it.deleteFromChild(); }, 0, "/data/configuration"},
     };
-    for (const auto& row : rows) {
-        const HBXConfiguration configuration = configured(kTree);
-        OpenIterator it(configuration, row.from);
-        EXPECT_EQ(row.step(it), row.result) << row.name;
-        EXPECT_EQ(it.where(), row.where) << row.name;
+    for (const auto& [from, step, result, where] : rows) {
+        OpenIterator it(configured(kTree), from);
+        EXPECT_EQ(step(it), result) << from << " to " << where;
+        EXPECT_EQ(it.where(), where);
     }
 }
 
 TEST(ConfigurationIterator, WritesCreateTheWayAndReplaceWhatIsThere) {
-    const struct {
-        const char* before;
-        const char* from;
-        const char* path;
-        int result;
-        const char* after;
-    } rows[] = {
+    const std::tuple<const char*, const char*, const char*, int, const char*> rows[] = {
         {"<data/>", "/", "/system/log_level", 0,
          "<data><system><configuration><log_level>5</log_level></configuration></system></data>"},
         {"<data><s><configuration><a>1</a><a>2</a></configuration></s></data>", "/", "s/a", 0,
@@ -101,14 +84,14 @@ TEST(ConfigurationIterator, WritesCreateTheWayAndReplaceWhatIsThere) {
         {"<other/>", "/", "/s/x", -1, "<other/>"},
         {"<data/>", "/", "/system//x", -1, "<data><system><configuration/></system></data>"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(std::string(row.before) + " at " + row.from + ": " + row.path);
-        const HBXConfiguration configuration = configured(row.before);
-        OpenIterator it(configuration, row.from);
+    for (const auto& [before, from, path, result, changed] : rows) {
+        SCOPED_TRACE(std::string(before) + " at " + from + ": " + path);
+        const HBXConfiguration configuration = configured(before);
+        OpenIterator it(configuration, from);
         const std::string where = it.where();
         for (int round = 0; round < 2; ++round) { // writing again replaces
-            EXPECT_EQ(it.putValue(5, row.path), row.result);
-            EXPECT_EQ(treeOf(configuration), row.after);
+            EXPECT_EQ(it.putValue(5, path), result);
+            EXPECT_EQ(treeOf(configuration), changed);
             EXPECT_EQ(it.where(), where);
         }
     }
@@ -119,13 +102,13 @@ TEST(ConfigurationIterator, ValuesReadBackAsTheyWereOrNotAtAll) {
     const std::string bytes("\0\xFF<&\n ", 6);
     ASSERT_EQ(OpenIterator(configuration).putValue(bytes, "/s/text"), 0);
     ASSERT_EQ(OpenIterator(configuration).putValueBase64(bytes, "/s/bytes"), 0);
-    const HBXConfiguration back = configured(treeOf(configuration));
+    OpenIterator back(configured(treeOf(configuration)));
     std::string text, decoded;
     int number = 7;
-    EXPECT_EQ(OpenIterator(back).getValue(text, "/s/text"), 0);
-    EXPECT_EQ(OpenIterator(back).getValueBase64(decoded, "/s/bytes"), 0);
-    EXPECT_EQ(OpenIterator(back).getValueBase64(decoded, "/s/text"), -1);
-    EXPECT_EQ(OpenIterator(back).getValue(number, "/s/text"), -1);
+    EXPECT_EQ(back.getValue(text, "/s/text"), 0);
+    EXPECT_EQ(back.getValueBase64(decoded, "/s/bytes"), 0);
+    EXPECT_EQ(back.getValueBase64(decoded, "/s/text"), -1);
+    EXPECT_EQ(back.getValue(number, "/s/text"), -1);
     EXPECT_TRUE(text == bytes && decoded == bytes && number == 7);
 }
 

@@ -27,10 +27,7 @@ inline HBXConfiguration withSection(const std::string& section, const std::strin
 
 /// The tree as one text, without what surrounds it in every message.
 inline std::string treeOf(const HBXConfiguration& configuration) {
-    const std::string text = takeText(configuration.getMessage()->toText(nullptr, ""));
-    const std::size_t begin = text.find('>', text.find("<message")) + 1;
-    const std::size_t end = text.rfind("</message>");
-    return end == std::string::npos ? "" : text.substr(begin, end - begin);
+    return contentText(*Cursor(configuration.getMessage()->newIterator()));
 }
 
 inline HBXEID eid(int number) { return HBXEID(HBXGUID(1, number)); }

@@ -47,28 +47,23 @@ TEST_F(DebugSettings, OptionIsReadAndToldOrKeepsTheDefault) {
     const std::string failed = "1 [" + kRead + "] ";
     const std::string unread = failed + "can't read config file: " + path("agent.xml");
     const std::string unparsed = failed + "Can't parse /data option from global config with error 1.";
-    const struct {
-        std::string data; ///< "": no file
-        const char* path;
-        int value; ///< 7: failed
-        std::string line;
-    } rows[] = {
-        {"", "/data", 7, unread},
-        {"1", kPath.c_str(), 7, failed + "Can't seek path: " + kPath},
+    const std::tuple<std::string, std::string, int, std::string> rows[] = {
+        {"", "/data", 7, unread}, // no file
+        {"1", kPath, 7, failed + "Can't seek path: " + kPath},
         {"99999999999", "/data", 7, unparsed},
         {"1", "/data", 1, "4 Get 1 for /data"},
     };
     debug_level = 4;
-    for (const auto& row : rows) {
-        if (!row.data.empty()) {
-            write("agent.xml", messageText("<data>" + row.data + "</data>"));
+    for (const auto& [data, option, expected, line] : rows) {
+        if (!data.empty()) {
+            write("agent.xml", messageText("<data>" + data + "</data>"));
         }
         int value = 7;
-        EXPECT_EQ(oh_read_global_config_option(row.path, &value), row.value == 7 ? 1 : 0) << row.line;
-        EXPECT_EQ(value, row.value);
+        EXPECT_EQ(oh_read_global_config_option(option.c_str(), &value), expected == 7 ? 1 : 0) << line;
+        EXPECT_EQ(value, expected);
         EXPECT_THAT(takeLines(),
-                    ElementsAre("4 Calling [" + kRead + "] for " + row.path,
-                                "4 [" + kRead + "] read config file from: " + path("agent.xml"), row.line));
+                    ElementsAre("4 Calling [" + kRead + "] for " + option,
+                                "4 [" + kRead + "] read config file from: " + path("agent.xml"), line));
     }
     EXPECT_EQ(place, "HBXFunctionalityCore core/src/HBXCommon/OptionManager " + kRead);
     int value = 7;
@@ -102,11 +97,8 @@ TEST_F(DebugSettings, LevelIsReturnedWhateverItIsTheRestHasDefaults) {
     const std::string noIgnore = filter + "ignore_plugins from configuration.";
     const std::string full = "<log_func_name_level>3</log_func_name_level><log_process_plugins>a,b"
                              "</log_process_plugins><log_ignore_plugins>c</log_ignore_plugins>";
-    const struct {
-        HBXConfiguration configuration;
-        std::string settings; ///< level, format, what to process and what to ignore
-        std::vector<std::string> lines;
-    } rows[] = {
+    // Level, format, what to process and what to ignore; and what is told about them.
+    const std::tuple<HBXConfiguration, std::string, std::vector<std::string>> rows[] = {
         {withSection("system", full + "<log_level>0</log_level>"), "0 3 a,b c", {}},
         {withSection("system", full + "<log_level>6</log_level>"), "6 3 a,b c", {}},
         {withSection("system", full + "<log_level>7</log_level>"), "7 3 a,b c", {invalid}},
@@ -114,13 +106,14 @@ TEST_F(DebugSettings, LevelIsReturnedWhateverItIsTheRestHasDefaults) {
         {withSection("system", ""), "-1 0  ", {unread, invalid, noProcess, noIgnore}},
         {configured("<data/>"), "-1 0  ", {invalid}},
     };
-    for (const auto& row : rows) {
-        Debug::Configuration settings(row.configuration);
-        const std::string seen =
-            std::to_string(settings.level()) + ' ' + std::to_string(settings.format()) + ' ';
+    for (const auto& [configuration, expected, told] : rows) {
+        Debug::Configuration settings(configuration);
+        std::ostringstream seen;
+        seen << settings.level();
+        seen << ' ' << settings.format() << ' ';
         const Debug::ModuleFilter modules = settings.filter();
-        EXPECT_EQ(seen + modules.process() + ' ' + modules.ignore(), row.settings);
-        EXPECT_EQ(takeLines(), row.lines) << row.settings;
+        EXPECT_EQ(seen.str() + modules.process() + ' ' + modules.ignore(), expected);
+        EXPECT_EQ(takeLines(), told) << expected;
     }
     EXPECT_EQ(place, "HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXConfig "
                      "HBX::Debug::Configuration::level");

@@ -1,8 +1,8 @@
 #include "ConfigurationTestUtil.h"
 
 #include <atomic>
-#include <thread>
-#include <vector>
+
+#include "support/Threads.h"
 
 namespace HBX::test {
 namespace {
@@ -46,7 +46,7 @@ TEST_F(LocalConfiguration, ThreadsReadWhileOthersInstall) {
             HBXConfiguration::setLocalConfig(round % 7 == 0 ? nullptr : messageOf(number).get());
         }
     };
-    const auto read = [&wrong](int) {
+    const auto read = [&wrong] {
         for (int round = 0; round < kRounds; ++round) {
             const HBXEID id = HBXConfiguration::getLocalEID();
             wrong += !id.isValid() || id == eid(1) || id == eid(2) ? 0 : 1;
@@ -60,14 +60,7 @@ TEST_F(LocalConfiguration, ThreadsReadWhileOthersInstall) {
                          : 1;
         }
     };
-    std::vector<std::thread> threads;
-    for (const int number : {1, 2}) {
-        threads.emplace_back(install, number);
-        threads.emplace_back(read, number);
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    runThreads({[&] { install(1); }, read, [&] { install(2); }, read});
     EXPECT_EQ(wrong, 0);
 }
 

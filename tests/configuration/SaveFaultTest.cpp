@@ -85,6 +85,8 @@ TEST_F(SaveFault, WhicheverCallFailsTheFileIsWhole) {
         EXPECT_EQ(save(), 0);
         EXPECT_EQ(std::exchange(callsUntilFault, 0), 1) << "no further call could fail";
     }
+    EXPECT_EQ(changed_.saveToFile(path("missing/agent.xml")), -1);
+    EXPECT_NE(getErrorMessage().find(errnoText(ENOENT)), std::string::npos) << getErrorMessage();
 }
 
 } // namespace

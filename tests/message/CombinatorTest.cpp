@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <HBXMessage/HBXOptionalProperty.h>
-
 #include "support/MessageTestUtil.h"
 
 /// Readers and writers composed by hand.
@@ -20,21 +18,11 @@ using ReadMember = HBXReaderIDT<int, ReadInts>;
 using WriteItem = HBXWriterIDT<int, WriteInt>;
 using WriteInts = HBXWriterListT<WriteItem>;
 
-/// A record with marks of one's choice, one mandatory int and one optional text.
+/// A record with marks of one's choice, for writing only; a negative number fails.
 template <int NS, int Type>
 struct Marked {
     int number = 1;
-    HBXOptionalProperty<std::string> text;
 
-    struct Reader {
-        int operator()(const It& it, Marked& v) const {
-            std::string found;
-            if (it.getValue(found, 1026) == 0) {
-                v.text.set(found);
-            }
-            return it.getValue(v.number, 1010) == 0 ? 0 : -1;
-        }
-    };
     struct Writer {
         static inline const char* nsName = "";
         static inline const char* typeName = "";
@@ -43,9 +31,6 @@ struct Marked {
         static int getTypeID() { return Type; }
         static const char* getTypeName() { return typeName; }
         int operator()(It& it, const Marked& v) const {
-            if (v.text.isSet() && it.putValue(v.text.get(), 1026) != 0) {
-                return -1;
-            }
             return v.number < 0 ? -7 : it.putValue(v.number, 1010);
         }
     };
@@ -88,6 +73,11 @@ TEST(Combinators, ListsAppendUpToAFailureAndWrapperAndListAreOptionalIndependent
         EXPECT_EQ(list, row.after) << &row - rows;
         EXPECT_EQ(it->curID(), 0) << &row - rows;
     }
+    const auto absent = [](const It& it, int& value) { return it.getValue(value, 7); };
+    using Absent = HBXReaderListDataT<decltype(absent)>;
+    std::vector<int> list;
+    EXPECT_EQ((HBXReaderListT<int, Absent>(Absent(absent), 1, 0)(*listOf({"3"}), list)), -1)
+        << "any failure is -1";
     using Set = HBXReaderSetDataT<ReadInt>;
     const Cursor it = listOf({"3", "1", "3"});
     std::set<int> set;
@@ -144,11 +134,11 @@ TEST(Combinators, PutObjectReplacesTheFirstAndMovesToTheEnd) {
         list->putValue(id, 1010);
         list->seekUp();
     }
-    EXPECT_EQ(list->putObject(Plain{77, {}}, 1), 0);
+    EXPECT_EQ(list->putObject(Plain{77}, 1), 0);
     EXPECT_EQ(contentText(*list),
               "<hbx:element hbx:id=\"9\"><id>9</id></hbx:element><hbx:element "
               "hbx:id=\"1\"><id>1</id></hbx:element><hbx:element hbx:id=\"1\"><id>77</id></hbx:element>");
-    EXPECT_EQ(list->putObject(Plain{-1, {}}, 1), -7) << "the writer's own result";
+    EXPECT_EQ(list->putObject(Plain{-1}, 1), -7) << "the writer's own result";
     EXPECT_EQ(list->curID(), 0);
 }
 
@@ -168,6 +158,7 @@ std::string marksOf(const char* nsName, const char* typeName) {
 TEST(Combinators, MarksFollowIdsBeforeNamesAndOnlyBeyondHundred) {
     EXPECT_EQ((marksOf<283, 295>("", "")), "scheduler:daily_trigger/0/283");
     EXPECT_EQ((marksOf<283, 100>("", "")), "/0/283");
+    EXPECT_EQ((marksOf<283, 101>("", "")), "scheduler:/0/283");
     EXPECT_EQ((marksOf<283, 100>("", "daily_trigger")), "daily_trigger/0/283");
     EXPECT_EQ((marksOf<283, 295>("common", "other")), "scheduler:daily_trigger/0/283");
     EXPECT_EQ((marksOf<0, 0>("common", "own")), "common:own/0/292");

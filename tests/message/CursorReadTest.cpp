@@ -69,10 +69,12 @@ constexpr std::pair<const char*, const char*> kConversions[] = {
     {"", "!|!|!|!|!|!||"},
     {"true", "!|!|1|!|!|!|\xB6\xBB\x9E|"},
     {"1.5", "!|!|!|1.5|!|!|!|"},
+    {"1e999", "!|!|!|!|!|!|!|"},
     {"nan", "!|!|!|nan|!|!|!|"},
     {"1700000000-0530", "!|!|!|!|1700000000|1700000000/-530|!|"},
     {" -5+0030 ", "!|!|!|!|-5|-5/30|!|"},
     {"5-2147483649", "!|!|!|!|!|!|!|"},
+    {"5+030", "!|!|!|!|!|!|!|"},
     {"5 +0030", "!|!|!|!|!|!|!|"},
     {"92233720368547758080+0000", "!|!|!|!|!|!|!|"},
     {" Y W\nI=", "!|!|!|!|!|!|ab|"},
@@ -140,6 +142,31 @@ TEST(CursorRead, TellsAbsentFromUnreadable) {
         EXPECT_EQ(it.getValueXML(text, it.idOfName("own")), 0);
         EXPECT_EQ(text, " 5 ");
     });
+}
+
+/// By number or by name.
+template <class Id>
+std::string putEveryKind(const Id& id) {
+    const Cursor it = newCursor();
+    it->putValue(-1, id), it->putValue("a&", id), it->putValueLongLong(INT64_MIN, id);
+    it->putValueDouble(0.1, id), it->putValueTime(-9, id), it->putValueTimeZone(5, -30, id);
+    it->putValueBase64("abc", id);
+    return contentText(*it);
+}
+
+TEST(CursorRead, PuttersWriteTheTextsOfTheirKindByNumberAndByName) {
+    const std::string all = "<id>-1</id><id>a&amp;</id><id>-9223372036854775808</id><id>0.1</id><id>-9</id>"
+                            "<id>5-0030</id><id>YWJj</id>";
+    EXPECT_EQ(putEveryKind(1010), all);
+    EXPECT_EQ(putEveryKind(std::string("id")), all);
+    const Cursor it = newCursor();
+    it->putValue("abc", 2, 1010), it->putValueBase64("abcd", 3, 1010);
+    EXPECT_EQ(it->putValue("abc", -1, 5) + it->putValueBase64("abc", -1, 5), -2);
+    EXPECT_EQ(contentText(*it), "<id>ab</id><id>YWJj</id>");
+    EXPECT_EQ(it->putAttrTime(-9, 1010), 0);
+    std::int64_t time = 0;
+    EXPECT_EQ(it->getAttrTime(time, 1010), 0);
+    EXPECT_EQ(time, -9);
 }
 
 TEST(CursorRead, BytesInPlaceCannotBeChanged) {

@@ -90,6 +90,9 @@ TEST(DerivedParsers, FamilyWithoutDefaultReadsOnlyWhatItKnows) {
     EXPECT_EQ(HBXWriterDerived<Animal<1>>()(*it, boost::make_shared<Known>()), 0) << "over a virtual base";
     EXPECT_EQ(HBXReaderDerived<Animal<1>>(false)(*it, pointer), 0);
     EXPECT_NE(boost::dynamic_pointer_cast<Known>(pointer), nullptr);
+    const auto fallback = enter<2, Cat<2, 283, 295>>(true);
+    EXPECT_EQ(HBXWriterDerived<Animal<2>>()(*newCursor(), boost::make_shared<Animal<2>>()), -1)
+        << "the default writes only its own class";
     boost::shared_ptr<Animal<99>> unheardOf;
     EXPECT_EQ(HBXReaderDerived<Animal<99>>()(*it, unheardOf), -1) << "nobody registered";
 }

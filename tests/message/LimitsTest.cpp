@@ -19,12 +19,6 @@ std::string repeated(int count, const std::function<std::string(int)>& piece) {
     return all;
 }
 
-void nest(It& it, int levels) {
-    for (; levels > 0; --levels) {
-        it.newChild(1010);
-    }
-}
-
 std::string nestedBytes(int levels) {
     std::string node = emptyNode(1010);
     for (; levels > 1; --levels) {
@@ -37,33 +31,28 @@ std::string nestedBytes(int levels) {
 struct Limit {
     const char* reason;
     int most;
-    void (*build)(It&, int count);
+    void (*add)(It&, int i); ///< one more of it
     std::string (*bytes)(int count);
     std::string (*text)(int count);
+
+    int build(It& it, int count) const {
+        for (int i = 0; i < count; ++i) {
+            add(it, i);
+        }
+        return 0;
+    }
 };
 
 constexpr Limit kLimits[] = {
-    {"levels of elements", 256, &nest, [](int count) { return messageOf(nestedBytes(count)); },
+    {"levels of elements", 256, [](It& it, int) { it.newChild(1010); },
+     [](int count) { return messageOf(nestedBytes(count)); },
      [](int count) {
-         return messageText(repeated(count, [](int) { return "<id>"; }) +
-                            repeated(count, [](int) { return "</id>"; }));
+         return repeated(count, [](int) { return "<id>"; }) + repeated(count, [](int) { return "</id>"; });
      }},
-    {"elements", 1'000'000,
-     [](It& it, int count) {
-         for (; count > 0; --count) {
-             it.newChild(1010);
-             it.seekUp();
-         }
-     },
+    {"elements", 1'000'000, [](It& it, int) { it.newChild(1010), it.seekUp(); },
      [](int count) { return messageOf(repeated(count, [](int) { return emptyNode(1010); })); },
-     [](int count) { return messageText(repeated(count, [](int) { return "<id/>"; })); }},
-    {"attributes", 256,
-     [](It& it, int count) {
-         it.newChild(1010);
-         for (int id = 1; id <= count; ++id) {
-             it.putAttr(id, id);
-         }
-     },
+     [](int count) { return repeated(count, [](int) { return "<id/>"; }); }},
+    {"attributes", 256, [](It& it, int i) { it.putChild(1010), it.putAttr(i + 1, i + 1), it.seekUp(); },
      [](int count) {
          const auto pieces = [](int i) {
              return varint(2 * static_cast<unsigned>(i + 1)) + sized(std::to_string(i + 1));
@@ -76,24 +65,16 @@ constexpr Limit kLimits[] = {
              const std::string number = std::to_string(i + 1);
              return " hbx:a" + number + "='" + number + "'";
          };
-         return messageText("<id" + repeated(count, pieces) + "/>");
+         return "<id" + repeated(count, pieces) + "/>";
      }},
-    {"unknown names", 65'536,
-     [](It& it, int count) {
-         for (int i = 0; i < count; ++i) {
-             it.newChild("n" + std::to_string(i));
-             it.seekUp();
-         }
-     },
+    {"unknown names", 65'536, [](It& it, int i) { it.newChild("n" + std::to_string(i)), it.seekUp(); },
      [](int count) {
          const auto nodes = [](int i) { return namedHead(static_cast<unsigned>(i), kEmpty); };
          const auto names = [](int i) { return sized("n" + std::to_string(i)); };
          return messageBytes(parentNode(0, repeated(count, nodes)),
                              varint(static_cast<unsigned>(count)) + repeated(count, names));
      },
-     [](int count) {
-         return messageText(repeated(count, [](int i) { return "<n" + std::to_string(i) + "/>"; }));
-     }},
+     [](int count) { return repeated(count, [](int i) { return "<n" + std::to_string(i) + "/>"; }); }},
 };
 
 TEST(Limits, HoldForEveryWayInAndOut) {
@@ -113,10 +94,10 @@ TEST(Limits, HoldForEveryWayInAndOut) {
             EXPECT_EQ(parseMessage(bytes) == nullptr, over);
             EXPECT_EQ(checks(bytes), !over);
             std::string encoded;
-            EXPECT_EQ(encode([&](It& writing) { return limit.build(writing, count), 0; }, encoded),
+            EXPECT_EQ(encode([&](It& writing) { return limit.build(writing, count); }, encoded),
                       over ? -1 : 0);
             const Message fromText = newMessage();
-            EXPECT_EQ(fromText->fromText(limit.text(count).c_str(), nullptr), over ? -1 : 0);
+            EXPECT_EQ(fromText->fromText(messageText(limit.text(count)).c_str(), nullptr), over ? -1 : 0);
             if (over) {
                 EXPECT_THAT(getErrorMessage(), ::testing::HasSubstr(limit.reason));
             } else {
@@ -131,12 +112,16 @@ TEST(Limits, HoldForTheSizeOfAMessageAndTheNamesInUse) {
     std::string bytes = "kept";
     EXPECT_EQ(encode([&](It& it) { return it.putValue(large, 5); }, bytes), -1);
     EXPECT_EQ(bytes, "kept");
-    EXPECT_EQ(encode([](It& it) { return nest(it, 256), it.putValue("x", 5); }, bytes), -1);
+    EXPECT_EQ(encode([](It& it) { return kLimits[0].build(it, 256) + it.putValue("x", 5); }, bytes), -1);
     const Cursor it = newCursor();
     it->putValue(large.substr(40), 5);
     EXPECT_EQ(it->toText(), nullptr);
     for (const int levels : {256, 257}) {
         EXPECT_EQ(checks(elementBytes(nestedBytes(levels))), levels == 256) << "an element by itself";
+        const Cursor deep = newCursor();
+        kLimits[0].build(*deep, levels);
+        EXPECT_EQ(deep->seek("/id"), 0);
+        EXPECT_EQ(bytesFromChild(*deep).empty(), levels == 257);
     }
     const Cursor names = newCursor();
     kLimits[3].build(*names, 65'537);
@@ -154,7 +139,7 @@ TEST(Limits, DeepestTreesAreBuiltCopiedAndFreedWithoutTheStack) {
         return depth;
     };
     const Cursor it = newCursor();
-    nest(*it, kLevels);
+    kLimits[0].build(*it, kLevels);
     EXPECT_EQ(bytesOf(*it), "");
     EXPECT_EQ(it->toText(), nullptr);
     EXPECT_EQ(depthOf(*rootOf(adoptMessage(it->getMessage()->copy(true)))), kLevels);

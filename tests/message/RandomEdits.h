@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <iterator>
 #include <random>
 #include <string>
@@ -12,33 +11,30 @@ namespace HBX::test {
 
 using Random = std::mt19937_64;
 
+using namespace std::string_literals;
+inline const std::string kLongName(1024, 'x');
+inline const std::string kLongText(16'380, 'x');
+
 /// Elements, attributes, namespaces and types are drawn from these: of the table, numbers without a name,
 /// names of the message's own, among them such as no text form can write as they are. 0 removes, or is
 /// refused; 13 and 77 share a bit of a 64-bit mask.
-inline const std::array<std::string, 9> kNames = {"own",
-                                                  "\xC3\xBC n",
-                                                  "with space",
-                                                  "hbx:odd",
-                                                  "xmlish",
-                                                  "scheduler",
-                                                  std::string("\x01\xFF/\n", 4),
-                                                  std::string(1024, 'x'),
-                                                  "4711"};
+inline const std::string kNames[] = {"own",       "\xC3\xBC n", "with space",  "hbx:odd", "xmlish",
+                                     "scheduler", "4711",       "\x01\xFF/\n", kLongName};
 constexpr int kNumbers[] = {0, 283, 1026, 1018, 1021, 77, 13, 0x3FFFFFFF};
-inline const std::array<std::string, 14> kTexts = {"",
-                                                   " \t\n",
-                                                   "text",
-                                                   "&lt;<a b=\"c\">]]>",
-                                                   std::string("\0\xFF\r\n", 4),
-                                                   "\r\n",
-                                                   " lead",
-                                                   "trail \r",
-                                                   "\xC3\xA4",
-                                                   "\xED\xA0\x80",
-                                                   "\xF0\x9F\x98\x80",
-                                                   "\xEF\xBF\xBF",
-                                                   "long enough text \xC0\x80]",
-                                                   std::string(16'380, 'x')};
+inline const std::string kTexts[] = {"",
+                                     " \t\n",
+                                     "text",
+                                     "&lt;<a b=\"c\">]]>",
+                                     "\0\xFF\r\n"s,
+                                     "\r\n",
+                                     " lead",
+                                     "trail \r",
+                                     "\xC3\xA4",
+                                     "\xED\xA0\x80",
+                                     "\xF0\x9F\x98\x80",
+                                     "\xEF\xBF\xBF",
+                                     "long enough text \xC0\x80]",
+                                     kLongText};
 
 template <class Range>
 const auto& oneOf(Random& random, const Range& range) {

@@ -26,7 +26,6 @@ constexpr HBXRow kEverything[] = {
     member<&Everything::mask>(42),
     member<&Everything::maybeNumber>(14),
     member<&Everything::maybeText>(17),
-    member<&Everything::maybeCode>(21),
     member<&Everything::maybeLeaf>(22),
     optional<&Everything::plainNumber>(23),
     unlessEmpty<&Everything::emptyable>(41),
@@ -50,24 +49,12 @@ constinit const HBXRecordTable Circle::table = recordTable<Circle, Shape>("Circl
 constinit const HBXRecordTable Stamped::table = recordTable<Stamped>("Stamped", 402, 5012, kStamped);
 constinit const HBXRecordTable Everything::table =
     recordTable<Everything, Stamped>("Everything", 403, 5013, kEverything);
-constinit const HBXRecordTable Chain::table = recordTable<Chain>("Chain", 0, 0, kChain);
+constinit const HBXRecordTable Chain::table = recordTable<Chain, Leaf>("Chain", 0, 0, kChain);
 
 int Code::fromString(std::string_view text) {
-    for (const char c : text) {
-        if (c < 'A' || c > 'Z') {
-            return -1;
-        }
-    }
-    letters = text;
-    return 0;
-}
-
-Code Code::sample(std::uint64_t random) {
-    Code code;
-    for (; random % 5 != 0; random /= 5) {
-        code.letters += static_cast<char>('A' + random % 26);
-    }
-    return code;
+    const bool good = text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string_view::npos;
+    letters = good ? text : letters;
+    return good ? 0 : -1;
 }
 
 } // namespace HBX::test

@@ -43,13 +43,19 @@ std::string show(const HBXMessageIterator& it) {
     return dump + '}';
 }
 
-/// Whole trees, parts and copies out of either cursor.
-void expectSameParts(const HBXMessageIterator& a, const HBXMessageIterator& b) {
+/// Whole trees, parts and copies out of either cursor, the copies also straight to bytes.
+void expectSameParts(const It& a, const It& b) {
     for (int more = 0; more == 0; more = a.firstChild() + b.firstChild()) {
-        const Cursor fromA = newCursor();
-        const Cursor fromB = newCursor();
-        EXPECT_EQ(fromA->copyToChild(&a), fromB->copyToChild(&b));
-        EXPECT_EQ(bytesOf(*fromA), bytesOf(*fromB));
+        std::vector<std::string> copies;
+        for (const It* from : {&a, &b}) {
+            const auto copy = [&](It& to) {
+                return to.saveNamespace(283) + to.newChild(1008) + to.copyToChild(from);
+            };
+            const Cursor copied = newCursor();
+            EXPECT_EQ(copy(*copied) + encode(copy, copies.emplace_back()), 0);
+            copies.push_back(bytesOf(*copied));
+        }
+        EXPECT_THAT(copies, ::testing::Each(copies[0]));
         EXPECT_EQ(bytesOf(a), bytesOf(b));
         EXPECT_EQ(bytesFromChild(a), bytesFromChild(b));
         EXPECT_EQ(takeText(a.toTextFromChild()), takeText(b.toTextFromChild()));
@@ -90,13 +96,6 @@ TEST(TreeProperty, EditedTreesSurviveBothFormsAndDeepCopies) {
             EXPECT_EQ(bytesOf(fromText), bytes) << text;
         }
         EXPECT_EQ(bytesOf(adoptMessage(it->getMessage()->copy(true))), bytes);
-        const auto copy = [&](It& out) {
-            return out.saveNamespace(283) + out.newChild(kNames[1]) + out.copyToChild(it.get());
-        };
-        const Cursor copied = newCursor();
-        std::string straight;
-        EXPECT_EQ(copy(*copied) + encode(copy, straight), 0);
-        EXPECT_EQ(straight, bytesOf(*copied));
     }
 }
 
@@ -118,9 +117,7 @@ Place adopt(const Place& parent, Place child) {
 }
 
 Place add(const Place& parent, int id) {
-    auto child = std::make_shared<Plain>();
-    child->id = id;
-    return adopt(parent, child);
+    return adopt(parent, std::make_shared<Plain>(Plain{id, {}, {}, {}}));
 }
 
 /// The first child of this id (0: of any) from an index on.
@@ -143,9 +140,7 @@ Place after(const Place& place, int id) {
 }
 
 Place copyOf(const Place& source) {
-    auto copy = std::make_shared<Plain>();
-    copy->id = source->id;
-    copy->value = source->value;
+    auto copy = std::make_shared<Plain>(Plain{source->id, source->value, {}, {}});
     for (const Place& child : source->children) {
         adopt(copy, copyOf(child));
     }
@@ -168,6 +163,32 @@ std::string show(const Plain& place) {
     return dump + '}';
 }
 
+/// Everything a cursor offers, on an element that is gone.
+void expectStale(It& it) {
+    const Cursor fresh = newCursor();
+    const Cursor twin = secondCursor(it);
+    std::string value = "kept";
+    int number = 7;
+    std::int64_t time = 7;
+    char* data = nullptr;
+    EXPECT_EQ(it.curID() + it.curNamespaceID(), 0);
+    EXPECT_EQ(it.curName() + it.curType() + twin->curName(), "");
+    const int moves[] = {it.seekUp(),     it.seek(5),       it.seek("name"),   it.seekPresence(5),
+                         it.firstChild(), it.nextSibling(), it.nextSibling(5), twin->seekUp()};
+    const int reads[] = {it.getValue(number, 0), it.getValue(value, 5), it.getValue(value, "nobody"),
+                         it.getAttr(value, 1026), it.getValueTimeZone(time, number, 5)};
+    const int trees[] = {fresh->copyToChild(&it), deserializeToChild(it, bytesOf(it)),
+                         it.serializeFromChild(&data, &number), it.getMessage()->deserialize(&it, nullptr)};
+    EXPECT_THAT(tryEveryChange(it), ::testing::Each(-1));
+    EXPECT_THAT(moves, ::testing::Each(-1));
+    EXPECT_THAT(reads, ::testing::Each(-1));
+    EXPECT_THAT(trees, ::testing::Each(-1));
+    EXPECT_EQ(it.toTextFromChild(), nullptr);
+    EXPECT_EQ(it.copyMessage(), nullptr);
+    EXPECT_TRUE(value == "kept" && number == 7 && time == 7 && data == nullptr);
+    EXPECT_EQ(twin->seek("/"), 0);
+}
+
 /// Two cursors on a tree, and the same two on the model, where removed elements are gone.
 class EditRun {
 public:
@@ -181,7 +202,7 @@ public:
         It& it = *cursors_[which];
         Place here = places_[which].lock();
         if (here == nullptr) {
-            EXPECT_THAT(tryEveryChange(it), ::testing::Each(-1)) << "stale";
+            expectStale(it);
             EXPECT_EQ(it.seekRoot(), 0);
             here = root_;
         } else if (random_() % 2 == 0) {
@@ -309,10 +330,24 @@ private:
         return here;
     }
 
-    /// The same tree out of its bytes; every cursor is stale then.
+    /// The same tree anew, or an empty one; every cursor is stale then.
     Place reload(It& it) {
+        HBXMessage& message = *it.getMessage();
         const std::string bytes = bytesOf(it);
-        EXPECT_EQ(it.getMessage()->init(bytes.data(), static_cast<int>(bytes.size())), 0);
+        switch (random_() % 4) {
+        case 0:
+            EXPECT_EQ(message.init(bytes.data(), static_cast<int>(bytes.size())), 0);
+            break;
+        case 1:
+            EXPECT_EQ(message.fromText(takeText(it.toText()).c_str(), nullptr), 0);
+            break;
+        case 2:
+            EXPECT_EQ(message.deserialize(rootOf(parseMessage(bytes)).get(), nullptr), 0);
+            break;
+        default:
+            EXPECT_EQ(message.create(5), 0);
+            root_ = std::make_shared<Plain>();
+        }
         places_ = {};
         return nullptr;
     }

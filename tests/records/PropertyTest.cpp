@@ -12,18 +12,14 @@ namespace {
 using Property = HBXNamedOpStrListProperty;
 
 TEST(NamedProperty, WritesEveryOperationButNone) {
-    const struct {
-        int operation;
-        bool written;
-    } rows[] = {{-1, false}, {0, true}, {-2, true}};
-    for (const auto& row : rows) {
+    for (const int operation : {-1, 0, -2}) {
         Property property("cn");
-        property.operation = row.operation;
+        property.operation = operation;
         property.get() = {"a", "", "a"};
         const Cursor it = newCursor();
         EXPECT_EQ(it->putObject(property, 1918), 0);
         it->seek(1918);
-        EXPECT_EQ(it->seekPresence(1638) == 0, row.written) << row.operation;
+        EXPECT_EQ(it->seekPresence(1638), operation == -1 ? -1 : 0) << operation;
         it->seekUp();
         Property back;
         EXPECT_EQ(it->getObject(back, 1918), 0);

@@ -41,31 +41,26 @@ std::string contentOf(const Message& map) {
 }
 
 TEST(VocID, TakesItsVersionFromTheNearestPlace) {
-    const struct {
-        std::string content;
-        int result;
-        const char* id;
-    } rows[] = {
-        {named("n", "1") + vocText({"p:vocversion=2"}), 0, "n 1"},
-        {named("n") + "<version></version>" + vocText({"p:vocversion=2"}), 0, "n "},
-        {named("n") + vocText({"c:vocversion", "p:x=1", "p:vocversion=2", "p:vocversion=3"}), 0, "n 2"},
-        {named("n"), 0, "n "},
-        {R"(<name hbx:kind="text"></name>)", 0, " "},
-        {"<name></name>", -1, "old 5"},
-        {named(std::string(255, 'n')), 0, nullptr},
-        {named(std::string(256, 'n'), "1"), -1, "old 5"},
-        {"<name><id>1</id></name>", -1, "old 5"},
-        {R"(<name hbx:enc="base64">YQBi</name>)", -1, "old 5"}, // a zero byte within
+    const std::string kept = "old 5"; // does not read
+    const std::pair<std::string, std::string> rows[] = {
+        {named("n", "1") + vocText({"p:vocversion=2"}), "n 1"},
+        {named("n") + "<version></version>" + vocText({"p:vocversion=2"}), "n "},
+        {named("n") + vocText({"c:vocversion", "p:x=1", "p:vocversion=2", "p:vocversion=3"}), "n 2"},
+        {named("n"), "n "},
+        {R"(<name hbx:kind="text"></name>)", " "},
+        {"<name></name>", kept},
+        {named(std::string(255, 'n')), std::string(255, 'n') + ' '},
+        {named(std::string(256, 'n'), "1"), kept},
+        {"<name><id>1</id></name>", kept},
+        {R"(<name hbx:enc="base64">YQBi</name>)", kept}, // a zero byte within
     };
-    for (const auto& row : rows) {
-        const Cursor it = rootOf(textMessage("<vocabulary>" + row.content + "</vocabulary>"));
+    for (const auto& [content, expected] : rows) {
+        const Cursor it = rootOf(textMessage("<vocabulary>" + content + "</vocabulary>"));
         ASSERT_EQ(it->seek(1871), 0);
         HBXVocID id("old", "5");
-        EXPECT_EQ(it->getObject(id, 0), row.result) << row.content;
+        EXPECT_EQ(it->getObject(id, 0), expected == kept ? -1 : 0) << content;
+        EXPECT_EQ(idText(id), expected);
         EXPECT_EQ(it->curID(), 1871) << "the cursor is back";
-        if (row.id != nullptr) {
-            EXPECT_EQ(idText(id), row.id);
-        }
     }
 }
 
@@ -117,11 +112,28 @@ TEST(VocMapIterator, SearchesGoOnInTheNextVocabulary) {
     HBXVocMapIterator it(threeVocabularies().get(), {});
     EXPECT_EQ(step(it, [](auto& i) { return i.seekParameter("x"); }), "0 a 7 x");
     EXPECT_EQ(step(it, [](auto& i) { return i.seekParameter("only_c"); }), "0 c 1 only_c");
+    EXPECT_EQ(step(it, [](auto& i) { return i.seekCategory("net"); }), "0 a 7 net");
     EXPECT_EQ(step(it, [](auto& i) { return i.seekParameter("hidden"); }), "-1   agent");
     EXPECT_EQ(walkParameters(it, {}), "x y vocversion x only_c ");
     EXPECT_EQ(walkParameters(it, {"net"}), "y x only_c ");
     EXPECT_EQ(step(it, [](auto& i) { return i.firstCategory("t"); }), "0 a 7 net");
     EXPECT_EQ(step(it, [](auto& i) { return i.nextCategory(); }), "0 c 1 net");
+}
+
+TEST(VocMapIterator, FindsBackIntoItsVocabularyFromAnywhere) {
+    const Message map = threeVocabularies();
+    HBXVocMapIterator it(map.get(), {});
+    ASSERT_EQ(it.seekParameter("y"), 0); // in the second vocabulary of the document
+    for (const char* place : {"/", "/vocabulary/data/agent/category"}) {
+        it.seek(place);
+        EXPECT_EQ(step(it, [](auto& i) { return i.seekRoot() + i.firstChild(1017) + i.nextSibling(1017); }),
+                  "0 a 7 y")
+            << place;
+    }
+    EXPECT_EQ(walkParameters(dynamic_cast<HBXVocIterator&>(it), {"net"}), "y x only_c ");
+    rootOf(map)->deleteChild(1871);
+    EXPECT_EQ(it.seekRoot(), -1);
+    EXPECT_EQ(it.seekParameter("x"), -1);
 }
 
 TEST(VocMap, AnswersForAllVocabulariesThatAreAdmitted) {
@@ -144,6 +156,7 @@ TEST(VocMap, AnswersForAllVocabulariesThatAreAdmitted) {
     map.reset(nullptr);
     EXPECT_EQ(map.read(), nullptr);
     EXPECT_EQ(map.readParameter("x"), nullptr);
+    EXPECT_EQ(map.erase({"a", "7"}), -1);
     EXPECT_TRUE(copy.isFeatureEnabled("x"));
 }
 

@@ -8,6 +8,7 @@
 #include <HBXCommon/HBXInstanceFolders.h>
 
 #include "support/ScratchFolder.h"
+#include "support/Threads.h"
 
 namespace HBX::test {
 namespace {
@@ -26,7 +27,8 @@ TEST(VocPrototype, TellsParametersFromCategories) {
     EXPECT_FALSE(voc->isFeatureEnabled("network"));
     EXPECT_EQ(placeOf(VocCursor(voc->readParameter("ipv6")).get()), "ipv6");
     EXPECT_EQ(placeOf(VocCursor(voc->read()).get()), "agent");
-    EXPECT_EQ(walkParameters(*VocCursor(voc->readCategory("network")), {}), "ipv6 vocversion ");
+    EXPECT_EQ(walkParameters(*VocCursor(std::as_const(*voc).readCategory("network")), {}),
+              "ipv6 vocversion ");
     EXPECT_EQ(placeOf(VocCursor(HBXVocPrototype().read()).get()), "null");
 }
 
@@ -62,9 +64,8 @@ TEST(VocPrototype, FilesComeBackAsTheyWereSavedAndBadOnesChangeNothing) {
     EXPECT_EQ(copy, voc);
     const std::string cutOff = kSamples + "bad/voc-cut-off.xml";
     EXPECT_EQ(copy.readFromFile(cutOff), -1);
-    EXPECT_NE(getErrorMessage().find(cutOff), std::string::npos) << getErrorMessage();
-    EXPECT_NE(getErrorMessage().find("line 132, column 21, /data/agent/parameter/id: no element found"),
-              std::string::npos);
+    EXPECT_EQ(getErrorMessage().find(cutOff + ": line 132, column 21, /data/agent/parameter/id: "), 0U)
+        << getErrorMessage();
     EXPECT_EQ(copy, voc);
 }
 
@@ -114,16 +115,6 @@ TEST(VocPrototype, TheLocalVocabularyIsLoadedOnceWhenItsFileAppears) {
     std::filesystem::remove(file);
     EXPECT_TRUE(voc->isFeatureEnabled("x"));
     EXPECT_EQ(HBXVocPrototype::getVoc(), voc);
-}
-
-void runThreads(const std::vector<std::function<void()>>& works) {
-    std::vector<std::thread> threads;
-    for (const auto& work : works) {
-        threads.emplace_back(work);
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
 }
 
 TEST(VocPrototype, ThreadsAskWhileAnotherReplaces) {
