@@ -40,9 +40,8 @@ protected:
     }
     void put(const std::vector<Sample>& envs) const { EXPECT_EQ(out(call({"put", messageOf(envs)})), ""); }
     void putThree() const {
-        put({{kHost, kNull, 6, "node", "host"},
-             {kWeb, kHost, 3, "web &#9;[2J\xC2\x9B", "lab"},
-             {kBare, kWeb}});
+        const std::string title = "web &#9;[2J\xC2\x9B";
+        put({{kHost, kNull, 6, "node", "host"}, {kWeb, kHost, 3, title, "lab"}, {kBare, kWeb}});
     }
     Words call(const Words& words) const { return joined(joined({"env"}, words), {"--cache", cache_}); }
     Ended env(const Words& words) const { return run(call(words)); }
