@@ -103,7 +103,7 @@ TEST_F(EnvCommandTest, WhatIsNoCacheInOrderIsToldAndLeftAloneUnlessForced) {
         const Ended checked = env({"check"});
         EXPECT_EQ(checked.code, 5);
         EXPECT_EQ(checked.out.rfind(cache_ + ": offset " + row.finding, 0), 0U) << checked.out;
-        EXPECT_EQ(envJson({"check"})["verdict"], "damaged");
+        EXPECT_EQ(Json::parse(env({"check", "--json"}).out)["verdict"], "damaged");
         for (const Words& words : openingVerbs()) {
             expectFailures({{row.code, cache_ + ": " + row.complaint, call(words)}});
         }
@@ -116,7 +116,7 @@ TEST_F(EnvCommandTest, WhatIsNoCacheInOrderIsToldAndLeftAloneUnlessForced) {
     const std::string checked = out(call({"check"}));
     EXPECT_NE(checked.find(": offset 0: repairable: "), std::string::npos) << checked;
     EXPECT_EQ(listed().size(), 3U);
-    EXPECT_EQ(envJson({"check"})["verdict"], "in order");
+    EXPECT_EQ(json(call({"check"}))["verdict"], "in order");
     std::filesystem::create_symlink(cache_, path("link"));
     EXPECT_EQ(run({"env", "list", "--cache", path("link")}).code, 6);
     EXPECT_EQ(run({"env", "list", "--cache", path("")}).code, 3);
@@ -174,11 +174,11 @@ void waitForLines(std::size_t count, const Words& files) {
 
 TEST_F(EnvCommandTest, WatchSeesWhatOtherProcessesDo) {
     putThree();
-    const Streams text = {.out = "text", .err = "text.err"};
-    const Streams json = {.out = "json", .err = "json.err"};
-    const pid_t watcher = start(call({"watch"}), text);
-    const pid_t counter = start(call({"watch", "--json", "--count", "4"}), json);
-    for (int i = 0; i < 1000 && envJson({"readers"})["processes"].size() < 2; ++i) {
+    const Streams lines = {.out = "text", .err = "text.err"};
+    const Streams documents = {.out = "json", .err = "json.err"};
+    const pid_t watcher = start(call({"watch"}), lines);
+    const pid_t counter = start(call({"watch", "--json", "--count", "4"}), documents);
+    for (int i = 0; i < 1000 && json(call({"readers"}))["processes"].size() < 2; ++i) {
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(200)); // from being attached to the first look
     put({{kHost, kNull, 3, "node", "host"}});
@@ -188,13 +188,13 @@ TEST_F(EnvCommandTest, WatchSeesWhatOtherProcessesDo) {
     put({{kHost, kNull, 3, "node", "host"}, {kBare, kHost, 5, "bare"}});
     waitForLines(4, {path("text")});
     ::kill(watcher, SIGINT);
-    const Ended interrupted = end(watcher, text);
+    const Ended interrupted = end(watcher, lines);
     EXPECT_EQ(interrupted.code, 0) << interrupted.err;
     EXPECT_EQ(interrupted.out, "~ node " + kHost + ": state \"running\" -> \"down\"\n- node " + kHost +
                                    "\n+ node " + kHost + "\n~ bare " + kBare + ": title \"" + kBare +
                                    "\" -> \"bare\", " + "state \"running\" -> \"suspended\", parent \"" +
                                    kWeb + "\" -> \"" + kHost + "\", configuration\n");
-    const Ended counted = end(counter, json);
+    const Ended counted = end(counter, documents);
     EXPECT_EQ(counted.code, 0) << counted.err;
     EXPECT_EQ(linesOf(counted.out), 4U);
     const Json change = Json::parse(counted.out.substr(0, counted.out.find('\n')));

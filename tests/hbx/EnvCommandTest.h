@@ -45,12 +45,9 @@ protected:
     }
     Words call(const Words& words) const { return joined(joined({"env"}, words), {"--cache", cache_}); }
     Ended env(const Words& words) const { return run(call(words)); }
-    Json envJson(const Words& words) const {
-        return Json::parse(env(joined(words, {"--json"})).out, nullptr, false);
-    }
-    /// The environments that "list" gives.
+    /// The environments that "list" gives, or none.
     Json listed(const Words& options = {}) const {
-        return envJson(joined({"list"}, options))["environments"];
+        return Json::parse(env(joined({"list", "--json"}, options)).out)["environments"];
     }
     /// Every verb that opens a cache, with operands that are good.
     std::vector<Words> openingVerbs() const {

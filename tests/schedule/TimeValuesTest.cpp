@@ -28,7 +28,10 @@ TEST(TimeInterval, ShiftsByTheZone) {
 
 TEST(TimeInterval, IsMadeNotEmpty) {
     const std::pair<HBXTimeInterval, HBXTimeInterval> rows[] = {
-        {{100, 100, 5}, {100, 101, 5}}, {{INT_MAX, INT_MAX, 5}, {INT_MAX - 1, INT_MAX, 5}}};
+        {{100, 100, 5}, {100, 101, 5}},
+        {{INT_MAX, INT_MAX, 5}, {INT_MAX - 1, INT_MAX, 5}},
+        {{9, 5, 5}, {9, 5, 5}},
+    };
     for (auto [interval, after] : rows) {
         interval.setNotNullInterval();
         EXPECT_EQ(interval, after);
