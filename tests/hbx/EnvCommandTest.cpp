@@ -43,7 +43,7 @@ TEST_F(EnvCommandTest, ATypeComesFromOptionMessageCacheOrIsGeneric) {
         {"lab", {"--type", "sixteen-bytes-ok"}, "sixteen-bytes-ok"},
     };
     for (const auto& row : rows) {
-        const std::string file = messageOf({{kHost, kNull, 6, "", row.inMessage}});
+        const std::string file = messageOf({{kHost, kNull, "", 6, row.inMessage}});
         EXPECT_EQ(out(call(joined({"put", file}, row.options))), "");
         EXPECT_EQ(listed()[0]["type"], row.then);
     }
@@ -130,7 +130,7 @@ TEST_F(EnvCommandTest, StatAndReadersTellWhoHoldsWhat) {
     const auto cache = HBXEnvCache::createInstance(cache_, boost::make_shared<HBXEnvCache::PreProcess>());
     ASSERT_NE(cache, nullptr);
     const auto list = cache->getEnvList();
-    put({{kHost, kNull, 3}}); // makes the list one of an earlier state
+    put({{kHost, kNull, "", 3}}); // makes the list one of an earlier state
     const auto present = cache->getEnvList();
 
     const Json stat = json(call({"stat"}));
@@ -181,11 +181,11 @@ TEST_F(EnvCommandTest, WatchSeesWhatOtherProcessesDo) {
     for (int i = 0; i < 1000 && json(call({"readers"}))["processes"].size() < 2; ++i) {
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(200)); // from being attached to the first look
-    put({{kHost, kNull, 3, "node", "host"}});
+    put({{kHost, kNull, "node", 3, "host"}});
     waitForLines(1, {path("text"), path("json")});
     env({"remove", kHost});
     waitForLines(2, {path("text"), path("json")});
-    put({{kHost, kNull, 3, "node", "host"}, {kBare, kHost, 5, "bare"}});
+    put({{kHost, kNull, "node", 3, "host"}, {kBare, kHost, "bare", 5}});
     waitForLines(4, {path("text")});
     ::kill(watcher, SIGINT);
     const Ended interrupted = end(watcher, lines);

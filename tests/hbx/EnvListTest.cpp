@@ -29,13 +29,9 @@ TEST_F(EnvCommandTest, ListsWhatWasPut) {
         }
         EXPECT_EQ(eids, expected);
     }
-    EXPECT_EQ(listed()[2], Json({{"eid", kWeb},
-                                 {"title", "web \t[2J\xC2\x9B"},
-                                 {"type", "lab"},
-                                 {"state", "down"},
-                                 {"transition", 0},
-                                 {"alert", "red"},
-                                 {"parent", kHost}}));
+    Json expected = {{"eid", kWeb}, {"title", "web \t[2J\xC2\x9B"}, {"type", "lab"}, {"state", "down"}};
+    expected.update({{"transition", 0}, {"alert", "red"}, {"parent", kHost}});
+    EXPECT_EQ(listed()[2], expected);
     EXPECT_NE(env({"list", "--type", "lab"}).out.find("  node  "), std::string::npos)
         << "a parent that is not listed is shown by its title too";
 }
@@ -53,9 +49,9 @@ std::string shapeOf(const std::string& tree) {
 
 TEST_F(EnvCommandTest, ATreeHoldsEveryEnvironmentOnceAndStaysNarrow) {
     constexpr int kDepth = 3000;
-    std::vector<Sample> chain = {{eidOf(1), kNull, 6, "x"}};
+    std::vector<Sample> chain = {{kHost, kNull, "x"}};
     while (chain.size() < kDepth) {
-        chain.push_back({eidOf(static_cast<int>(chain.size()) + 1), chain.back().eid, 6, "x"});
+        chain.push_back({eidOf(static_cast<int>(chain.size()) + 1), chain.back().eid, "x"});
     }
     put(chain);
     const std::string deep = env({"list", "--tree"}).out;
@@ -64,17 +60,11 @@ TEST_F(EnvCommandTest, ATreeHoldsEveryEnvironmentOnceAndStaysNarrow) {
 
     const std::string orphan = "orphan  parent " + eidOf(9) + " is not listed\n└─ child\n";
     const std::pair<std::vector<Sample>, std::string> rows[] = {
-        {{{eidOf(1), kNull, 6, "a"},
-          {eidOf(2), eidOf(1), 6, "c"},
-          {eidOf(3), eidOf(1), 6, "b"},
-          {eidOf(4), eidOf(3), 6, "d"}},
+        {{{kHost, kNull, "a"}, {kWeb, kHost, "c"}, {kBare, kHost, "b"}, {eidOf(4), kBare, "d"}},
          "a\n├─ b\n│  └─ d\n└─ c\n"},
-        {{{eidOf(1), eidOf(9), 6, "orphan"}, {eidOf(2), eidOf(1), 6, "child"}}, orphan},
-        {{{eidOf(1), eidOf(1), 6, "own parent"}}, "own parent  parents go round in a circle\n"},
-        {{{eidOf(1), eidOf(3), 6, "b"},
-          {eidOf(2), eidOf(1), 6, "bb"},
-          {eidOf(3), eidOf(1), 6, "c"},
-          {eidOf(4), eidOf(3), 6, "a"}},
+        {{{kHost, eidOf(9), "orphan"}, {kWeb, kHost, "child"}}, orphan},
+        {{{kHost, kHost, "own parent"}}, "own parent  parents go round in a circle\n"},
+        {{{kHost, kBare, "b"}, {kWeb, kHost, "bb"}, {kBare, kHost, "c"}, {eidOf(4), kBare, "a"}},
          "c  parents go round in a circle\n├─ a\n└─ b\n   └─ bb\n"},
     };
     for (const auto& [envs, shape] : rows) {
@@ -85,7 +75,7 @@ TEST_F(EnvCommandTest, ATreeHoldsEveryEnvironmentOnceAndStaysNarrow) {
 }
 
 TEST_F(EnvCommandTest, AlertsAreColouredOnATerminalOnly) {
-    put({{kHost, kNull, 6, "node"}});
+    put({{kHost, kNull, "node"}});
     const std::string coloured = "running  \x1b[31mred\x1b[0m    -       " + kHost;
     const std::string plain = "running  red    -       " + kHost;
     const struct {
