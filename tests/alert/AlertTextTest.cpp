@@ -74,9 +74,8 @@ TEST(AlertText, NamesTheFourLevelsOnly) {
 
 TEST(AlertText, CallsAnEnvironmentByItsTitleWhenTheOpenCacheKnowsIt) {
     const ScratchFolder folder;
-    const std::string file = folder.path("cache");
     EXPECT_EQ(describe(HBXEnvInfo(kEid)), "%title%|1{title=" + std::string(kEidText) + "|0}");
-    ASSERT_EQ(initEnvCache(file, true), 0);
+    ASSERT_EQ(initEnvCache(folder.path("cache"), true), 0);
     EXPECT_EQ(HBXEnvInfo(kEid).parameters.at(0).text, kEidText);
     EXPECT_EQ(folder.files(), 0) << "a text is no reason to open the cache";
 

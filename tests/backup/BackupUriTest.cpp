@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <random>
 
 #include <HBXCommon/HBXLog.h>
@@ -8,22 +8,8 @@
 #include <HBXFunctionalityCore/backup/HBXBackupURI.h>
 #include <HBXMessage/HBXRecordSample.h>
 
-#include "support/MessageBytes.h"
-
 namespace HBX::test {
 namespace {
-
-/// What is logged while an action runs: "level function text" in lines.
-template <class Action>
-std::string logOf(const Action& action) {
-    std::string lines;
-    const HBXLogSink sink = setLogSink([&](const HBXLogLine& line) {
-        lines += std::to_string(line.level) + ' ' + line.place.function + ' ' + std::string(line.text) + '\n';
-    });
-    action();
-    setLogSink(sink);
-    return lines;
-}
 
 HBXDSLocation sampleStorage() {
     HBXDSLocation storage;
@@ -35,9 +21,7 @@ HBXDSLocation sampleStorage() {
 
 TEST(Uri, IsSplitAtTheFirstMark) {
     const struct {
-        const char* text;
-        const char* type;
-        const char* path;
+        std::string text, type, path;
         bool isValid;
     } rows[] = {{"backup://a/b", "backup", "a/b", true},
                 {"a+b-c.9://x://y", "a+b-c.9", "x://y", true},
@@ -56,9 +40,7 @@ TEST(Uri, IsSplitAtTheFirstMark) {
 
 TEST(BackupUri, AnIdentifierRunsToTheSecondSeparator) {
     const struct {
-        const char* text;
-        const char* id;
-        const char* path;
+        std::string text, id, path;
     } rows[] = {
         {"backup://a/b/c", "a/b", "c"},
         {"backup://a/b/", "a/b", ""},
@@ -73,107 +55,89 @@ TEST(BackupUri, AnIdentifierRunsToTheSecondSeparator) {
         {"backup://a/b://c/d", "a/b:", "/c/d"},
     };
     for (const auto& row : rows) {
-        const HBXBackupURI reference{row.text};
+        const HBXBackupURI reference(row.text);
         EXPECT_EQ(reference.id(), row.id) << row.text;
         EXPECT_EQ(reference.path(), row.path) << row.text;
-        EXPECT_EQ(reference.isValid(), *row.id != '\0') << row.text;
+        EXPECT_EQ(reference.isValid(), !row.id.empty()) << row.text;
         EXPECT_EQ(reference.storage(), nullptr);
     }
 }
 
+/// A reference to "c&d" of "a/b" in a storage.
+HBXURI referenceIn(const HBXDSLocation& storage) {
+    HBXBackupURI reference;
+    reference.id("a/b");
+    reference.path("c&d");
+    reference.storage(storage);
+    HBXURI uri;
+    EXPECT_FALSE(reference.uri(uri));
+    return uri;
+}
+
+/// The storage in a path.
+std::string digitsOf(const HBXURI& uri) { return uri.path().substr(0, uri.path().find('&')); }
+
 TEST(BackupUri, CarriesItsStorageInHexadecimal) {
     std::mt19937_64 random(8);
     for (int round = 0; round < 200; ++round) {
-        HBXBackupURI reference;
-        reference.id("a/b");
-        reference.path("c&d");
-        reference.storage(round == 0 ? sampleStorage() : makeSample<HBXDSLocation>(random));
-        HBXURI uri;
-        ASSERT_FALSE(reference.uri(uri));
-        const std::string digits = uri.path().substr(0, uri.path().find('&'));
+        const auto storage = round == 0 ? sampleStorage() : makeSample<HBXDSLocation>(random);
+        const HBXURI uri = referenceIn(storage);
+        const std::string digits = digitsOf(uri);
+        EXPECT_EQ(uri.uri(), "backup://" + digits + "&a/b/c&d");
         EXPECT_EQ(digits.find_first_not_of("0123456789abcdef"), std::string::npos);
         EXPECT_EQ(digits.size() % 2, 0U);
-
-        std::string text = uri.uri();
-        for (int form = 0; form < 2; ++form) {
-            const HBXBackupURI back(text);
+        std::string capitals = digits;
+        std::transform(digits.begin(), digits.end(), capitals.begin(), ::toupper);
+        for (const std::string& form : {digits, capitals}) {
+            const HBXBackupURI back("backup://" + form + "&a/b/c&d");
             EXPECT_EQ(back.id(), "a/b");
             EXPECT_EQ(back.path(), "c&d");
             ASSERT_NE(back.storage(), nullptr);
-            EXPECT_EQ(*back.storage(), *reference.storage());
-            for (std::size_t i = 9; text[i] != '&'; ++i) { // the second time in capitals
-                text[i] = static_cast<char>(std::toupper(text[i]));
-            }
+            EXPECT_EQ(*back.storage(), storage);
         }
     }
-}
-
-TEST(BackupUri, AnInvalidReferenceLeavesTheTargetAlone) {
     HBXURI uri("file://x");
-    HBXBackupURI reference;
-    reference.path("c");
-    reference.storage(sampleStorage());
-    EXPECT_TRUE(reference.uri(uri));
-    EXPECT_EQ(uri.uri(), "file://x");
-}
-
-/// The sample storage as a reference writes it.
-std::string sampleDigits() {
-    HBXBackupURI reference;
-    reference.id("a/b");
-    reference.storage(sampleStorage());
-    HBXURI uri;
-    EXPECT_FALSE(reference.uri(uri));
-    return uri.path().substr(0, uri.path().find('&'));
-}
-
-std::string hexOf(const std::string& bytes) {
-    std::string digits;
-    for (const char c : bytes) {
-        char pair[3];
-        std::snprintf(pair, sizeof pair, "%02x", static_cast<unsigned char>(c));
-        digits += pair;
-    }
-    return digits;
+    HBXBackupURI nameless;
+    nameless.path("c");
+    nameless.storage(sampleStorage());
+    EXPECT_TRUE(nameless.uri(uri));
+    EXPECT_EQ(uri.uri(), "file://x") << "an invalid reference leaves the target alone";
 }
 
 TEST(BackupUri, DamagedStorageLeavesItEmptyWithALine) {
-    const std::string digits = sampleDigits();
+    const std::string digits = digitsOf(referenceIn(sampleStorage()));
+    ASSERT_EQ(digits.substr(digits.size() - 2), "65") << "the end of the server's name";
+    const std::string allButOne = digits.substr(0, digits.size() - 1);
     const std::string noMessage = "1 HBX::decode decode binary\n";
-    const struct {
+    struct Row {
         std::string path, log;
-    } rows[] = {
-        {"&a/b", noMessage},
+        std::string server = ""; ///< "": it stays empty
+    };
+    std::vector<Row> rows = {
         {digits.substr(0, 20) + "zz" + digits.substr(22) + "&a/b", noMessage},
         {"0x" + digits + "&a/b", noMessage},
-        {digits.substr(0, digits.size() / 2) + "&a/b", noMessage},
-        {hexOf(messageBytes(emptyNode(0))) + "&a/b", "1 HBX::decode parse object\n"},
+        {"4842584d0100000003000000000002&a/b",
+         "1 HBX::decode parse object\n"}, // a message without a location
         {digits + "&a", ""},
+        {digits + "zz00&a/b", "", "node-02.example"},   // up to the first that is no digit
+        {allButOne + "&a/b", "", "node-02.exampl\x06"}, // one digit is a byte too
+        {allButOne + "g&a/b", "", "node-02.exampl\x06"},
     };
-    for (const auto& row : rows) {
-        HBXBackupURI back;
-        EXPECT_EQ(logOf([&] { back = HBXBackupURI("backup://" + row.path); }), row.log) << row.path;
-        EXPECT_FALSE(back.isValid()) << row.path;
-        EXPECT_EQ(back.storage(), nullptr);
+    for (std::size_t length = 0; length + 1 < digits.size(); ++length) {
+        rows.push_back({digits.substr(0, length) + "&a/b", noMessage});
     }
-}
-
-TEST(BackupUri, ReadsPairsOfDigitsUpToTheFirstThatIsNone) {
-    const std::string digits = sampleDigits();
-    ASSERT_EQ(digits.substr(digits.size() - 2), "65") << "the end of the server's name";
-    const struct {
-        std::string digits;
-        const char* server;
-    } rows[] = {
-        {digits + "zz00", "node-02.example"},
-        {digits.substr(0, digits.size() - 1), "node-02.exampl\x06"}, // one digit is a byte too
-        {digits.substr(0, digits.size() - 1) + "g", "node-02.exampl\x06"},
-    };
-    for (const auto& row : rows) {
-        const HBXBackupURI back("backup://" + row.digits + "&a/b");
-        ASSERT_NE(back.storage(), nullptr) << row.digits;
-        EXPECT_EQ(back.storage()->server.get(), row.server);
+    std::string log;
+    const HBXLogSink sink = setLogSink([&](const HBXLogLine& line) {
+        log += std::to_string(line.level) + ' ' + line.place.function + ' ' + std::string(line.text) + '\n';
+    });
+    for (const Row& row : rows) {
+        log.clear();
+        const HBXBackupURI back("backup://" + row.path);
+        EXPECT_EQ(log, row.log) << row.path;
+        EXPECT_EQ(back.isValid(), !row.server.empty()) << row.path;
+        EXPECT_EQ(back.storage() == nullptr ? "" : back.storage()->server.get(), row.server) << row.path;
     }
+    setLogSink(sink);
 }
 
 TEST(BackupTypes, HaveNames) {

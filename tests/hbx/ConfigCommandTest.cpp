@@ -7,28 +7,23 @@ const std::string kTree =
     "<data><s><configuration><a>1</a><group><b>two</b><none/></group></configuration></s>"
     "<bare/></data>";
 
-TEST_F(ProgramTest, ConfigListsWhatLiesBelowAPath) {
+TEST_F(ProgramTest, ConfigListsAndGetsWhatItSet) {
     const std::string file = write("c.xml", messageText(kTree));
     EXPECT_EQ(out({"config", "list", file}), "/s/a = 1\n/s/group/b = two\n/s/group/none\n");
     EXPECT_EQ(out({"config", "list", file, "/s/a"}), "/s/a = 1\n");
     EXPECT_EQ(out({"config", "list", file, "/bare"}), "");
-    const Json expected = {{{"path", "/s/group/b"}, {"value", "two"}},
-                           {{"path", "/s/group/none"}, {"value", nullptr}}};
-    EXPECT_EQ(json({"config", "list", file, "/s/group"})["settings"], expected);
+    EXPECT_EQ(
+        json({"config", "list", file, "/s/group"})["settings"],
+        Json::parse(R"([{"path": "/s/group/b", "value": "two"}, {"path": "/s/group/none", "value": null}])"));
     EXPECT_GE(linesOf(out({"config", "list", sample("agent.xml")})), 400U);
-}
 
-TEST_F(ProgramTest, ConfigGetsWhatItSet) {
-    const std::string file = write("c.xml", messageText(kTree));
-    const struct {
-        const char* path;
-        const char* value;
-    } rows[] = {{"/s/a", "2"}, {"/s/group/b", ""}, {"/fresh/x/y", "a b\n<c>"}, {"/s/a", "-3"}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(out({"config", "set", file, "--", row.path, row.value}), "");
-        EXPECT_EQ(out({"config", "get", file, row.path}), row.value + std::string("\n"));
-        const Json expected = {{"schema", 1}, {"path", row.path}, {"value", row.value}};
-        EXPECT_EQ(json({"config", "get", file, row.path}), expected);
+    const std::pair<std::string, std::string> rows[] = {
+        {"/s/a", "2"}, {"/s/group/b", ""}, {"/fresh/x/y", "a b\n<c>"}, {"/s/a", "-3"}};
+    for (const auto& [path, value] : rows) {
+        EXPECT_EQ(out({"config", "set", file, "--", path, value}), "");
+        EXPECT_EQ(out({"config", "get", file, path}), value + '\n');
+        EXPECT_EQ(json({"config", "get", file, path}),
+                  (Json{{"schema", 1}, {"path", path}, {"value", value}}));
     }
     EXPECT_EQ(out({"config", "list", file}),
               "/s/a = -3\n/s/group/b = \n/s/group/none\n/fresh/x/y = a b\n<c>\n");
@@ -36,17 +31,14 @@ TEST_F(ProgramTest, ConfigGetsWhatItSet) {
 
 TEST_F(ProgramTest, ConfigSetsOfManyProgramsAtOnceAllCount) {
     const std::string file = write("c.xml", messageText(kTree));
-    constexpr int kPrograms = 12;
     std::vector<pid_t> programs;
-    for (int i = 0; i < kPrograms; ++i) {
-        programs.push_back(start({"config", "set", file, "/s/many/n" + std::to_string(i), "1"}, {}));
+    for (const char* name : {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l"}) {
+        programs.push_back(start({"config", "set", file, std::string("/s/many/") + name, "1"}, {}));
     }
     for (const pid_t program : programs) {
-        int status = 0;
-        EXPECT_EQ(waitpid(program, &status, 0), program);
-        EXPECT_EQ(status, 0);
+        EXPECT_EQ(end(program, {}).code, 0);
     }
-    EXPECT_EQ(linesOf(out({"config", "list", file, "/s/many"})), std::size_t{kPrograms});
+    EXPECT_EQ(linesOf(out({"config", "list", file, "/s/many"})), programs.size());
 }
 
 TEST_F(ProgramTest, ConfigSaysInOneLineWhatIsWrong) {
@@ -55,33 +47,34 @@ TEST_F(ProgramTest, ConfigSaysInOneLineWhatIsWrong) {
     const std::string cut = sample("bad/configuration-cut-off.xml");
     const std::string none = path("none");
     expectFailures({
-        {{"config", "get", file, "/s/x"}, 1, file + ": there is no value at /s/x\n"},
-        {{"config", "get", file, "/s/group"}, 1, file + ": there is no value at /s/group\n"},
-        {{"config", "list", file, "/x"}, 1, file + ": there is no /x\n"},
-        {{"config", "get", file, "s/a"}, 2, "PATH begins with \"/\"\n"},
-        {{"config", "set", file, "/s//a", "1"}, 3, "/s//a: no setting can be there\n"},
-        {{"config", "set", cut, "/s/a", "1"}, 3, cut + ": line 120, column "},
-        {{"config", "list", none}, 3, "Cannot open \"" + none + "\": No such file or directory\n"},
-        {{"config", "list", path()}, 3, "Cannot read \"" + path() + "\": Is a directory\n"},
+        {1, file + ": there is no value at /s/x\n", {"config", "get", file, "/s/x"}},
+        {1, file + ": there is no value at /s/group\n", {"config", "get", file, "/s/group"}},
+        {1, file + ": there is no /x\n", {"config", "list", file, "/x"}},
+        {2, "PATH begins with \"/\"\n", {"config", "get", file, "s/a"}},
+        {3, "/s//a: no setting can be there\n", {"config", "set", file, "/s//a", "1"}},
+        {3, cut + ": line 120, column ", {"config", "set", cut, "/s/a", "1"}},
+        {3, "Cannot open \"" + none + "\": No such file or directory\n", {"config", "list", none}},
+        {3, "Cannot read \"" + path() + "\": Is a directory\n", {"config", "list", path()}},
     });
     EXPECT_EQ(contentOf(file), bytes);
 }
 
 TEST_F(ProgramTest, ConfigRequestsWorkOnTheFileInTheHome) {
-    const auto call = [&](const std::string& verb, const std::string& arguments) {
-        return run({"call", write("request", messageText("<data><config><" + verb + ">" + arguments + "</" +
-                                                         verb + "></config></data>"))});
+    const auto call = [&](const std::string& verb) {
+        return run({"call", write("request", messageText("<data><config>" + verb + "</config></data>"))});
     };
-    EXPECT_NE(call("get", "<path>/console/rows</path>").out.find("<value>50</value>"), std::string::npos);
+    const std::string get = "<get><path>/console/rows</path></get>";
+    const std::string list = "<list><path>/</path></list>";
+    EXPECT_NE(call(get).out.find("<value>50</value>"), std::string::npos);
     EXPECT_EQ(run({"call", sample("requests/config-set.xml")}).code, 0);
-    EXPECT_NE(call("get", "<path>/console/rows</path>").out.find("<value>60</value>"), std::string::npos);
+    EXPECT_NE(call(get).out.find("<value>60</value>"), std::string::npos);
     std::filesystem::remove_all(path("home"));
-    EXPECT_EQ(call("get", "<path>/console/rows</path>").code, 3);
-    EXPECT_EQ(call("list", "<path>/</path>").code, 0) << "without a file there are no settings";
-    EXPECT_EQ(call("set", "<path>/console/rows</path><value>1</value>").code, 0);
-    EXPECT_EQ(run({"config", "list", path("home/agent.xml")}).out, "/console/rows = 1\n");
-    (void)write("home/agent.xml", "<message");
-    EXPECT_NE(call("list", "<path>/</path>").out.find("agent.xml: line 1, column "), std::string::npos);
+    EXPECT_EQ(call(get).code, 3);
+    EXPECT_EQ(call(list).code, 0) << "without a file there are no settings";
+    EXPECT_EQ(call("<set><path>/console/rows</path><value>1</value></set>").code, 0);
+    EXPECT_EQ(out({"config", "list", path("home/agent.xml")}), "/console/rows = 1\n");
+    write("home/agent.xml", "<message");
+    EXPECT_NE(call(list).out.find("agent.xml: line 1, column "), std::string::npos);
 }
 
 } // namespace

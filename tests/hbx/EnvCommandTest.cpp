@@ -12,147 +12,128 @@
 namespace HBX {
 namespace {
 
-void overwrite(std::string& bytes, std::size_t offset, std::uint64_t value, std::size_t width) {
-    bytes.replace(offset, width, reinterpret_cast<const char*>(&value), width);
-}
-
-TEST_F(EnvCommandTest, WhatGetPrintsCanBePutAgain) {
+TEST_F(EnvCommandTest, WhatGetPrintsCanBePutAgainAndRemoved) {
     putThree();
-    const std::string got = env({"get", kWeb}).out;
+    const std::string got = out(call({"get", kWeb}));
     EXPECT_NE(got.find("<odd>kept</odd>"), std::string::npos) << got;
     const std::string copy = path("copy");
     EXPECT_EQ(out({"env", "put", "--cache", copy, "-"}, {.in = write("got.xml", got)}), "");
     EXPECT_EQ(out({"env", "get", "--cache", copy, kWeb}), got);
-    const Json document = envJson({"get", kWeb});
+    const Json document = json(call({"get", kWeb}));
     EXPECT_EQ(document["env_type"], "lab");
     EXPECT_EQ(document["env"]["status"]["state"], 3);
     EXPECT_EQ(document["env"]["alert_type"], Json({0, 2, 0, 0, 1}));
     EXPECT_EQ(document["env"]["env_config"]["name"], "web \t[2J\xC2\x9B");
-    EXPECT_EQ(env({"get", "00000000-0000-0000-0000-000000000009"}).code, 1);
-    EXPECT_EQ(env({"get", "web"}).code, 2);
-}
-
-TEST_F(EnvCommandTest, ATypeComesFromOptionMessageCacheOrIsGeneric) {
-    const auto typeNow = [this] { return listed()[0]["type"]; };
-    put({{kHost}});
-    EXPECT_EQ(typeNow(), "generic");
-    put({{kHost, kNull, 6, "", "lab"}});
-    EXPECT_EQ(typeNow(), "lab");
-    put({{kHost}});
-    EXPECT_EQ(typeNow(), "lab");
-    const std::string lab = messageOf({{kHost, kNull, 6, "", "lab"}});
-    EXPECT_EQ(env({"put", lab, "--type", "sixteen-bytes-ok"}).code, 0);
-    EXPECT_EQ(env({"put", lab, "--type", "seventeen-bytes-no"}).code, 2);
-    EXPECT_EQ(env({"put", messageOf({{kNull}})}).code, 3);
-    EXPECT_EQ(env({"put", write("none.xml", messageText("<data/>"))}).code, 1);
-    EXPECT_EQ(env({"put", write("bad.xml", messageText("<env><eid>" + kHost + "</eid></env>"))}).code, 3);
-    EXPECT_EQ(typeNow(), "sixteen-bytes-ok");
-}
-
-TEST_F(EnvCommandTest, RemoveTellsWhatWasNotThere) {
-    putThree();
-    EXPECT_EQ(env({"remove", kHost, kWeb}).code, 0);
-    expectFailures(
-        {{call({"remove", kHost, kBare}), 1, cache_ + ": there is no environment " + kHost + "\n"}});
+    EXPECT_EQ(out(call({"remove", kHost, kWeb})), "");
+    const std::string complaint = cache_ + ": there is no environment " + kHost + '\n';
+    expectFailures({{1, complaint, call({"get", kHost})}, {1, complaint, call({"remove", kHost, kBare})}});
     EXPECT_EQ(env({"list"}).code, 1);
     EXPECT_EQ(env({"check"}).code, 0);
 }
 
+TEST_F(EnvCommandTest, ATypeComesFromOptionMessageCacheOrIsGeneric) {
+    const struct {
+        std::string inMessage;
+        Words options;
+        std::string then;
+    } rows[] = {
+        {"", {}, "generic"},
+        {"lab", {}, "lab"},
+        {"", {}, "lab"},
+        {"lab", {"--type", "sixteen-bytes-ok"}, "sixteen-bytes-ok"},
+    };
+    for (const auto& row : rows) {
+        const std::string file = messageOf({{kHost, kNull, "", 6, row.inMessage}});
+        EXPECT_EQ(out(call(joined({"put", file}, row.options))), "");
+        EXPECT_EQ(listed()[0]["type"], row.then);
+    }
+    const std::string none = write("none.xml", messageText("<data/>"));
+    const std::string bad = write("bad.xml", messageText("<env><eid>" + kHost + "</eid></env>"));
+    const std::string null = messageOf({{kNull}});
+    expectFailures({
+        {2, "a type has 1 to 16 bytes", call({"put", null, "--type", "seventeen-bytes-no"})},
+        {3, null + ": an environment has a null identifier\n", call({"put", null})},
+        {1, none, call({"put", none})},
+        {3, bad, call({"put", bad})},
+    });
+}
+
 TEST_F(EnvCommandTest, OnlyPutMakesAFile) {
-    std::vector<Words> verbs = openingVerbs();
-    std::erase_if(verbs, [](const Words& words) { return words[0] == "put"; });
-    verbs.push_back({"check"});
+    const std::vector<Words> verbs = openingVerbs();
     const Words before = files();
     for (const Words& words : verbs) {
-        expectFailures({{call(words), 3, ""}});
-        EXPECT_EQ(files(), before) << words[0];
+        if (words[0] != "put") {
+            expectFailures({{3, cache_ + ": there is no such cache file\n", call(words)}});
+        }
     }
-    ASSERT_EQ(run({"env", "put", messageOf({{kHost}})}).code, 0);
+    EXPECT_EQ(env({"check"}).code, 3);
+    EXPECT_EQ(files(), before);
+    EXPECT_EQ(out({"env", "put", messageOf({{kHost}})}), "");
     EXPECT_TRUE(std::filesystem::exists(path("home/environments.cache"))); // HBX_HOME of the tests
     EXPECT_EQ(run({"env", "list"}).code, 0);
 }
 
-TEST_F(EnvCommandTest, OtherPeoplesFilesStayAsTheyAre) {
-    put({{kHost}});
+TEST_F(EnvCommandTest, WhatIsNoCacheInOrderIsToldAndLeftAloneUnlessForced) {
+    putThree();
     const std::string good = contentOf(cache_);
-    std::string twoConstants = good;
-    for (const std::size_t offset : {49U, 53U, 57U}) {
-        overwrite(twoConstants, offset, 0x41, 4);
-    }
-    for (const std::string& bytes : {std::string("my notes\n"), std::string(100'000, '\0'), twoConstants}) {
-        std::filesystem::remove(cache_ + ".lock");
-        write("cache", bytes);
-        const Words before = files();
-        for (const Words& words : openingVerbs()) {
-            expectFailures({{call(words), 3, cache_ + ": this is no cache file, it is left as it is\n"}});
-            EXPECT_EQ(contentOf(cache_), bytes);
-            EXPECT_EQ(files(), before);
+    const auto changed = [&](std::vector<std::size_t> offsets, std::uint64_t value, std::size_t width = 4) {
+        std::string bytes = good;
+        for (const std::size_t offset : offsets) {
+            bytes.replace(offset, width, reinterpret_cast<const char*>(&value), width);
         }
-        EXPECT_EQ(env({"check"}).code, 5);
-        EXPECT_EQ(env({"put", "--force", messageOf({{kWeb}})}).code, 0);
+        return bytes;
+    };
+    const std::string other = "this is no cache file, it is left as it is\n";
+    const struct {
+        int code;
+        std::string bytes, complaint, finding;
+    } rows[] = {
+        {3, "my notes\n", other, ""},
+        {3, std::string(100'000, '\0'), other, ""},
+        {3, changed({49, 53, 57}, 0x41), other, ""},
+        {5, changed({53}, 78), "damaged: the header size", "53: damage: the header size is 78 instead of 77"},
+        {5, changed({49}, 1), "damaged: the sig", "49: damage: the signature is 1 instead of 3402563075"},
+        {5, changed({73}, 0), "the file is marked as", "73: damage: the file is marked as abandoned"},
+        {5, changed({40}, 4080, 8), "damaged: there is no readable state", "4080: damage: "},
+    };
+    for (const auto& row : rows) {
+        write("cache", row.bytes);
+        std::filesystem::remove(cache_ + ".lock");
+        const Words before = files();
+        const Ended checked = env({"check"});
+        EXPECT_EQ(checked.code, 5);
+        EXPECT_EQ(checked.out.rfind(cache_ + ": offset " + row.finding, 0), 0U) << checked.out;
+        EXPECT_EQ(Json::parse(env({"check", "--json"}).out)["verdict"], "damaged");
+        for (const Words& words : openingVerbs()) {
+            expectFailures({{row.code, cache_ + ": " + row.complaint, call(words)}});
+        }
+        EXPECT_EQ(contentOf(cache_), row.bytes);
+        EXPECT_TRUE(row.code == 5 || files() == before);
+        EXPECT_EQ(out(call({"put", "--force", messageOf({{kWeb}})})), "");
+        EXPECT_EQ(listed().size(), 1U);
     }
-    write("cache", good);
+    write("cache", changed({8}, 64, 8)); // bytes in used blocks: the next opener repairs that
+    const std::string checked = out(call({"check"}));
+    EXPECT_NE(checked.find(": offset 0: repairable: "), std::string::npos) << checked;
+    EXPECT_EQ(listed().size(), 3U);
+    EXPECT_EQ(json(call({"check"}))["verdict"], "in order");
     std::filesystem::create_symlink(cache_, path("link"));
     EXPECT_EQ(run({"env", "list", "--cache", path("link")}).code, 6);
     EXPECT_EQ(run({"env", "list", "--cache", path("")}).code, 3);
     write("cache", std::string(4096, '\0')); // what a killed creator leaves
-    EXPECT_EQ(env({"put", messageOf({{kWeb}})}).code, 0);
-}
-
-TEST_F(EnvCommandTest, DamageIsToldAndLeftAloneUnlessItIsRepairable) {
-    putThree();
-    const std::string good = contentOf(cache_);
-    const struct {
-        std::size_t offset;
-        std::uint64_t value;
-        std::size_t width;
-        const char* reason;
-        const char* finding;
-    } rows[] = {
-        {53, 78, 4, "the header size is wrong", ": offset 53: damage: the header size is 78 instead of 77\n"},
-        {49, 1, 4, "the signature is wrong",
-         ": offset 49: damage: the signature is 1 instead of 3402563075\n"},
-        {73, 0, 4, "the file is marked as abandoned",
-         ": offset 73: damage: the file is marked as abandoned\n"},
-        {40, 4080, 8, "there is no readable state", ": offset 4080: damage: "},
-    };
-    for (const auto& row : rows) {
-        std::string bad = good;
-        overwrite(bad, row.offset, row.value, row.width);
-        write("cache", bad);
-        const Ended checked = env({"check"});
-        EXPECT_EQ(checked.code, 5);
-        EXPECT_EQ(checked.out.rfind(cache_ + row.finding, 0), 0U) << checked.out;
-        EXPECT_EQ(envJson({"check"})["verdict"], "damaged");
-        for (const Words& words : openingVerbs()) {
-            const Ended ended = env(words);
-            EXPECT_EQ(ended.code, 5) << words[0] << ended.err;
-            EXPECT_NE(ended.err.find(row.reason), std::string::npos) << ended.err;
-        }
-        EXPECT_EQ(contentOf(cache_), bad);
-        EXPECT_EQ(env({"put", "--force", messageOf({{kWeb}})}).code, 0);
-        EXPECT_EQ(listed().size(), 1U);
-    }
-    putThree();
-    std::string bytes = contentOf(cache_);
-    overwrite(bytes, 8, 64, 8); // bytes in used blocks: the next opener repairs that
-    write("cache", bytes);
-    const std::string checked = out(call({"check"}));
-    EXPECT_NE(checked.find(": offset 0: repairable: "), std::string::npos) << checked;
-    EXPECT_EQ(listed().size(), 3U);
-    EXPECT_EQ(envJson({"check"})["verdict"], "in order");
+    EXPECT_EQ(out(call({"put", messageOf({{kWeb}})})), "");
 }
 
 TEST_F(EnvCommandTest, StatAndReadersTellWhoHoldsWhat) {
     putThree();
-    EXPECT_EQ(env({"readers"}).out, "no process uses it\n");
+    EXPECT_EQ(out(call({"readers"})), "no process uses it\n");
     const auto cache = HBXEnvCache::createInstance(cache_, boost::make_shared<HBXEnvCache::PreProcess>());
     ASSERT_NE(cache, nullptr);
     const auto list = cache->getEnvList();
-    put({{kHost, kNull, 3}}); // makes the list one of an earlier state
+    put({{kHost, kNull, "", 3}}); // makes the list one of an earlier state
     const auto present = cache->getEnvList();
 
-    const Json stat = envJson({"stat"});
+    const Json stat = json(call({"stat"}));
     HBXCacheStatus status;
     ASSERT_EQ(cache->getStatus(status), 0);
     EXPECT_EQ(stat["environments"], 3);
@@ -160,18 +141,15 @@ TEST_F(EnvCommandTest, StatAndReadersTellWhoHoldsWhat) {
     EXPECT_EQ(stat["allocated"], cache->getTotalAllocatedSize());
     EXPECT_EQ(stat["changes"], status.changes);
     EXPECT_EQ(stat["states_held"], 2);
-    ASSERT_EQ(stat["holders"].size(), 2U);
-    EXPECT_NE(stat["holders"][0]["current"], stat["holders"][1]["current"]);
-    EXPECT_EQ(stat["holders"][0]["pid"], getpid());
-    EXPECT_EQ(stat["holders"][0]["lists"], 1);
-    EXPECT_LE(stat["holders"][0]["seconds"], 60);
-    EXPECT_NE(env({"stat"}).out.find(" holds 1 list of an earlier state for "), std::string::npos);
-
-    const Json readers = envJson({"readers"})["processes"];
+    const Json holders = stat["holders"];
+    ASSERT_EQ(holders.size(), 2U);
+    EXPECT_NE(holders[0]["current"], holders[1]["current"]);
+    EXPECT_TRUE(holders[0]["pid"] == getpid() && holders[0]["lists"] == 1 && holders[0]["seconds"] <= 60);
+    EXPECT_NE(out(call({"stat"})).find(" holds 1 list of an earlier state for "), std::string::npos);
+    const Json readers = json(call({"readers"}))["processes"];
     ASSERT_EQ(readers.size(), 1U);
-    EXPECT_EQ(readers[0]["pid"], getpid());
-    EXPECT_EQ(readers[0]["lists"], 2);
-    EXPECT_EQ(envJson({"check"})["in_use"], true);
+    EXPECT_TRUE(readers[0]["pid"] == getpid() && readers[0]["lists"] == 2);
+    EXPECT_EQ(json(call({"check"}))["in_use"], true);
 }
 
 TEST_F(EnvCommandTest, ALockThatIsNotLetGoIsToldAndTheCacheStays) {
@@ -179,65 +157,58 @@ TEST_F(EnvCommandTest, ALockThatIsNotLetGoIsToldAndTheCacheStays) {
     HBXMemoryMappedFile file;
     ASSERT_NE(file.map(cache_, HBXMemoryMappedFile::getMemoryPageSize(), kSharedMapping), nullptr);
     ASSERT_EQ(file.lock(false), 0);
-    expectFailures({{call({"list"}), 4, cache_ + ": locked: "}});
+    expectFailures({{4, cache_ + ": locked: ", call({"list"})}});
     EXPECT_EQ(env({"check"}).code, 0); // needs no lock
     file.unlock();
     EXPECT_EQ(env({"list"}).code, 0);
 }
 
-/// The text of a file that another process writes, once it has enough lines.
-std::string waitForLines(const std::string& file, std::size_t count) {
-    std::string text;
-    for (int i = 0; i < 1000 && linesOf(text) < count; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        text = contentOf(file);
+/// Until other processes have written so many lines to each of their files.
+void waitForLines(std::size_t count, const Words& files) {
+    for (const std::string& file : files) {
+        for (int i = 0; i < 1000 && linesOf(contentOf(file)) < count; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
     }
-    return text;
 }
 
 TEST_F(EnvCommandTest, WatchSeesWhatOtherProcessesDo) {
     putThree();
-    const Streams streams = {.out = path("watch.out"), .err = path("watch.err")};
-    const pid_t watcher = start({"env", "watch", "--cache", cache_}, streams);
-    for (int i = 0; i < 1000 && env({"readers"}).out.find("hbx") == std::string::npos; ++i) {
+    const Streams lines = {.out = "text", .err = "text.err"};
+    const Streams documents = {.out = "json", .err = "json.err"};
+    const pid_t watcher = start(call({"watch"}), lines);
+    const pid_t counter = start(call({"watch", "--json", "--count", "4"}), documents);
+    for (int i = 0; i < 1000 && json(call({"readers"}))["processes"].size() < 2; ++i) {
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(200)); // from being attached to the first look
-    put({{kHost, kNull, 3, "node", "host"}});
-    waitForLines(streams.out, 1);
+    put({{kHost, kNull, "node", 3, "host"}});
+    waitForLines(1, {path("text"), path("json")});
     env({"remove", kHost});
-    waitForLines(streams.out, 2);
-    put({{kHost, kNull, 3, "node", "host"}, {kBare, kHost, 5, "bare"}});
-    const std::string lines = waitForLines(streams.out, 4);
+    waitForLines(2, {path("text"), path("json")});
+    put({{kHost, kNull, "node", 3, "host"}, {kBare, kHost, "bare", 5}});
+    waitForLines(4, {path("text")});
     ::kill(watcher, SIGINT);
-    const Ended ended = end(watcher, streams);
-    EXPECT_EQ(ended.code, 0) << ended.err;
-    EXPECT_EQ(ended.err, "");
-    EXPECT_EQ(lines, "~ node " + kHost + ": state \"running\" -> \"down\"\n- node " + kHost + "\n+ node " +
-                         kHost + "\n~ bare " + kBare + ": title \"" + kBare + "\" -> \"bare\", " +
-                         "state \"running\" -> \"suspended\", parent \"" + kWeb + "\" -> \"" + kHost +
-                         "\", configuration\n");
-}
-
-TEST_F(EnvCommandTest, WatchEndsAfterACountOrATime) {
-    putThree();
-    EXPECT_EQ(env({"watch", "--timeout", "0.1"}).code, 0);
-    EXPECT_EQ(env({"watch", "--timeout", "0.1", "--count", "1"}).code, 4);
-    EXPECT_EQ(env({"watch", "--timeout=-1"}).code, 2);
-    EXPECT_EQ(env({"watch", "--count", "0"}).code, 2);
-    const Streams streams = {.out = path("watch.out"), .err = path("watch.err")};
-    const pid_t watcher = start({"env", "watch", "--json", "--count", "2", "--cache", cache_}, streams);
-    int status = 0;
-    for (int state = 10; waitpid(watcher, &status, WNOHANG) == 0; ++state) {
-        put({{kHost, kNull, state, "node", "host"}});
-    }
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    const std::string lines = contentOf(streams.out);
-    EXPECT_EQ(linesOf(lines), 2U);
-    const Json change = Json::parse(lines.substr(0, lines.find('\n')));
+    const Ended interrupted = end(watcher, lines);
+    EXPECT_EQ(interrupted.code, 0) << interrupted.err;
+    EXPECT_EQ(interrupted.out, "~ node " + kHost + ": state \"running\" -> \"down\"\n- node " + kHost +
+                                   "\n+ node " + kHost + "\n~ bare " + kBare + ": title \"" + kBare +
+                                   "\" -> \"bare\", " + "state \"running\" -> \"suspended\", parent \"" +
+                                   kWeb + "\" -> \"" + kHost + "\", configuration\n");
+    const Ended counted = end(counter, documents);
+    EXPECT_EQ(counted.code, 0) << counted.err;
+    EXPECT_EQ(linesOf(counted.out), 4U);
+    const Json change = Json::parse(counted.out.substr(0, counted.out.find('\n')));
+    EXPECT_EQ(change["schema"], 1);
     EXPECT_EQ(change["change"], "changed");
     EXPECT_EQ(change["environment"]["eid"], kHost);
-    EXPECT_EQ(change["what"][0]["member"], "state");
-    EXPECT_EQ(change["what"][0]["after"], change["environment"]["state"]);
+    EXPECT_EQ(change["what"][0], Json({{"member", "state"}, {"before", "running"}, {"after", "down"}}));
+
+    EXPECT_EQ(out(call({"watch", "--timeout", "0.1"})), "");
+    expectFailures({
+        {4, cache_ + ": only 0 of 1 changes", call({"watch", "--timeout", "0.1", "--count", "1"})},
+        {2, "--timeout is 0 to ", call({"watch", "--timeout=-1"})},
+        {2, "--count is at least 1", call({"watch", "--count", "0"})},
+    });
 }
 
 } // namespace

@@ -12,8 +12,8 @@ inline const std::string kNull = "00000000-0000-0000-0000-000000000000";
 struct Sample {
     std::string eid;
     std::string parent = kNull;
-    int state = 6;
     std::string title = "";
+    int state = 6;
     std::string type = "";
 };
 
@@ -40,18 +40,14 @@ protected:
     }
     void put(const std::vector<Sample>& envs) const { EXPECT_EQ(out(call({"put", messageOf(envs)})), ""); }
     void putThree() const {
-        put({{kHost, kNull, 6, "node", "host"},
-             {kWeb, kHost, 3, "web &#9;[2J\xC2\x9B", "lab"},
-             {kBare, kWeb}});
+        const std::string title = "web &#9;[2J\xC2\x9B";
+        put({{kHost, kNull, "node", 6, "host"}, {kWeb, kHost, title, 3, "lab"}, {kBare, kWeb}});
     }
     Words call(const Words& words) const { return joined(joined({"env"}, words), {"--cache", cache_}); }
     Ended env(const Words& words) const { return run(call(words)); }
-    Json envJson(const Words& words) const {
-        return Json::parse(env(joined(words, {"--json"})).out, nullptr, false);
-    }
-    /// The environments that "list" gives.
+    /// The environments that "list" gives, or none.
     Json listed(const Words& options = {}) const {
-        return envJson(joined({"list"}, options))["environments"];
+        return Json::parse(env(joined({"list", "--json"}, options)).out)["environments"];
     }
     /// Every verb that opens a cache, with operands that are good.
     std::vector<Words> openingVerbs() const {

@@ -4,35 +4,37 @@
 namespace HBX {
 namespace {
 
-std::string pattern(std::size_t size) {
-    std::string bytes(size, '\0');
-    for (std::size_t i = 0; i < size; ++i) {
-        bytes[i] = static_cast<char>(i * 7 + i / 251);
-    }
-    return bytes;
-}
-
-std::string uploadRequest(const std::string& arguments) {
-    return messageText("<data><file><upload>" + arguments + "</upload></file></data>");
+/// Names and bytes of files, in requests.
+std::string request(const std::string& verb, const std::string& arguments) {
+    return messageText("<data><file><" + verb + ">" + arguments + "</" + verb + "></file></data>");
 }
 
 TEST_F(ProgramTest, AnUploadedFileDownloadsAsItWas) {
-    const std::string bytes = pattern(1200000);
+    std::string bytes;
+    while (bytes.size() < 1200000) {
+        bytes += static_cast<char>(bytes.size() * 7 + bytes.size() / 251);
+    }
     write("home/source.bin", bytes);
-    const std::string reply = out({"call", write("request", uploadRequest("<path>source.bin</path>"))});
+    const std::string file = write("request", request("upload", "<path>source.bin</path>"));
+    const std::string reply = out({"call", file});
     const std::size_t first = reply.find("<chunks>");
     const std::string chunks = reply.substr(first, reply.find("</chunks>") + 9 - first);
     EXPECT_EQ(linesOf(chunks), 1 + 3 * 6U) << "three pieces";
 
-    const std::string download =
-        "<data><file><download><path>target.bin</path>" + chunks + "</download></file></data>";
-    (void)out({"call", write("request", messageText(download))}); // no progress where nobody watches
+    write("request", request("download", "<path>target.bin</path>" + chunks));
+    (void)out({"call", file}); // no progress where nobody watches
     EXPECT_TRUE(contentOf(path("home/target.bin")) == bytes);
+    EXPECT_EQ(run({"call", file}).err, "hbx: " + file + ": /data/file/download: Cannot open dst file \"" +
+                                           path("home/target.bin") + "\": File exists [17]\n");
 
-    const Ended again = run({"call", path("request")});
-    EXPECT_EQ(again.code, 3);
-    EXPECT_EQ(again.err, "hbx: " + path("request") + ": /data/file/download: Cannot open dst file \"" +
-                             path("home/target.bin") + "\": File exists [17]\n");
+    write("home/so\x7Furce", bytes);
+    write("request", request("upload", "<path>so\x7Furce</path>"));
+    const Terminal terminal;
+    EXPECT_EQ(run({"call", file}, {.err = terminal.name()}).code, 0);
+    const std::string shown = terminal.shown();
+    EXPECT_EQ(shown.rfind("\rso?urce [" + std::string(40, ' ') + "] 0%\r", 0), 0U) << shown;
+    EXPECT_NE(shown.find("] 43%\r"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("\rso?urce [" + std::string(40, '=') + "] 100%\r\n"), std::string::npos) << shown;
 }
 
 TEST_F(ProgramTest, UploadsPartsAndSaysWhatIsWrong) {
@@ -48,23 +50,12 @@ TEST_F(ProgramTest, UploadsPartsAndSaysWhatIsWrong) {
         {"<path>large</path>", "more than 67108864 bytes: "},
     };
     for (const auto& [arguments, error] : rows) {
-        const Ended ended = run({"call", write("request", uploadRequest(arguments))});
+        const Ended ended = run({"call", write("request", request("upload", arguments))});
         EXPECT_EQ(ended.code, error.empty() ? 0 : 3) << arguments;
         const std::string complaint = "hbx: " + path("request") + ": /data/file/upload: " + error;
         EXPECT_EQ(ended.err.rfind(error.empty() ? "" : complaint, 0), 0U) << ended.err;
         EXPECT_EQ(linesOf(ended.err), error.empty() ? 0U : 1U);
     }
-}
-
-TEST_F(ProgramTest, ATransferShowsItsProgressOnATerminal) {
-    write("home/so\x7Furce", pattern(1100000));
-    const std::string request = write("request", uploadRequest("<path>so\x7Furce</path>"));
-    const Terminal terminal;
-    EXPECT_EQ(run({"call", request}, {.err = terminal.name()}).code, 0);
-    const std::string shown = terminal.shown();
-    EXPECT_EQ(shown.rfind("\rso?urce [" + std::string(40, ' ') + "] 0%\r", 0), 0U) << shown;
-    EXPECT_NE(shown.find("] 47%\r"), std::string::npos) << shown;
-    EXPECT_NE(shown.find("\rso?urce [" + std::string(40, '=') + "] 100%\r\n"), std::string::npos) << shown;
 }
 
 } // namespace

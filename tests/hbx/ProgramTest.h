@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <regex>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,18 +30,17 @@ struct Ended {
 
 /// A call that does not succeed.
 struct Failure {
-    Words words;
     int code;
     std::string error; ///< the beginning of its complaint, behind "hbx: "
+    Words words;
 };
 
-/// Where a run finds its streams; no input when none is given, output and complaints are caught when no file
-/// is given.
+/// Files that are the streams of a run: in the folder of the test, unless their names are absolute.
 struct Streams {
     std::string in = "/dev/null";
-    std::string out = "";
+    std::string out = "stdout";
+    std::string err = "stderr";
     std::string zone = "UTC";
-    std::string err = "";
 };
 
 using test::contentOf;
@@ -62,6 +62,12 @@ inline std::size_t linesOf(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
+/// What the first group of a pattern matches, everywhere in a text.
+inline Words matches(const std::string& text, const std::string& pattern) {
+    const std::regex expression(pattern);
+    return {std::sregex_token_iterator(text.begin(), text.end(), expression, 1), {}};
+}
+
 inline Words joined(Words words, const Words& more) {
     words.insert(words.end(), more.begin(), more.end());
     return words;
@@ -74,8 +80,8 @@ protected:
         std::filesystem::create_directory(path("home"));
         std::filesystem::copy_file(sample("agent.xml"), path("home/agent.xml"));
     }
-    Ended run(Words words, const Streams& streams = {}) const {
-        return end(start(std::move(words), streams), streams);
+    Ended run(const Words& words, const Streams& streams = {}) const {
+        return end(start(words, streams), streams);
     }
 
     /// What a call that succeeds prints.
@@ -85,8 +91,11 @@ protected:
         EXPECT_EQ(ended.err, "");
         return ended.out;
     }
+    /// The same as a document, which begins with its schema.
     Json json(const Words& words, const Streams& streams = {}) const {
-        return Json::parse(out(joined(words, {"--json"}), streams), nullptr, false);
+        const std::string text = out(joined(words, {"--json"}), streams);
+        EXPECT_EQ(text.rfind("{\n  \"schema\": 1,\n", 0), 0U) << text;
+        return Json::parse(text, nullptr, false);
     }
 
     /// Each says why in one line, a wrong call the usage after it, and prints nothing.
@@ -102,16 +111,15 @@ protected:
 
     /// A run that goes on beside the test. Its streams must not be those of another.
     pid_t start(Words words, const Streams& streams) const {
-        const std::string out = streams.out.empty() ? path("stdout") : streams.out;
         const pid_t child = fork();
         if (child == 0) {
-            redirect(streams.in, O_RDONLY, STDIN_FILENO);
-            redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-            redirect(errorFile(streams), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, STDERR_FILENO);
+            dup2(open(path(streams.in).c_str(), O_RDONLY), STDIN_FILENO);
+            dup2(open(path(streams.out).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+            dup2(open(path(streams.err).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, 0600),
+                 STDERR_FILENO);
             setenv("TZ", streams.zone.c_str(), 1);
             setenv("HBX_HOME", path("home").c_str(), 1); // the user's own files are not for tests
-            words.insert(words.begin(), "hbx");
-            std::vector<char*> arguments;
+            std::vector<char*> arguments = {const_cast<char*>("hbx")};
             for (std::string& word : words) {
                 arguments.push_back(word.data());
             }
@@ -125,21 +133,14 @@ protected:
     Ended end(pid_t child, const Streams& streams) const {
         int status = 0;
         waitpid(child, &status, 0);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status),
-                streams.out.empty() ? contentOf(path("stdout")) : "",
-                std::filesystem::is_regular_file(errorFile(streams)) ? contentOf(errorFile(streams)) : ""};
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status), caught(streams.out),
+                caught(streams.err)};
     }
 
 private:
-    std::string errorFile(const Streams& streams) const {
-        return streams.err.empty() ? path("stderr") : streams.err;
-    }
-    static void redirect(const std::string& file, int flags, int stream) {
-        const int descriptor = open(file.c_str(), flags, 0600);
-        if (descriptor < 0 || dup2(descriptor, stream) < 0) {
-            _exit(126);
-        }
-        close(descriptor);
+    /// "" of a terminal.
+    std::string caught(const std::string& file) const {
+        return std::filesystem::is_regular_file(path(file)) ? contentOf(path(file)) : "";
     }
 };
 

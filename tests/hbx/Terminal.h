@@ -1,10 +1,8 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdlib>
-#include <fcntl.h>
+#include <pty.h>
 #include <string>
-#include <termios.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -14,11 +12,7 @@ namespace HBX {
 /// A terminal that nobody sits at.
 class Terminal {
 public:
-    Terminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
-        EXPECT_GE(master_, 0);
-        EXPECT_EQ(grantpt(master_) + unlockpt(master_), 0);
-        slave_ = open(name().c_str(), O_RDWR | O_NOCTTY);
-    }
+    Terminal() { EXPECT_EQ(openpty(&master_, &slave_, nullptr, nullptr, nullptr), 0); }
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
     ~Terminal() {
@@ -26,7 +20,7 @@ public:
         close(master_);
     }
 
-    std::string name() const { return ptsname(master_); }
+    std::string name() const { return ttyname(slave_); }
 
     /// What programs wrote to it.
     std::string shown() const {
@@ -37,8 +31,8 @@ public:
     }
 
 private:
-    int master_;
-    int slave_; ///< open all the time, so that what was written stays
+    int master_ = -1;
+    int slave_ = -1; ///< open all the time, so that what was written stays
 };
 
 } // namespace HBX

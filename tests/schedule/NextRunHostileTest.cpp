@@ -48,11 +48,17 @@ TEST(HostileTrigger, ARefusalOfTheCalendarComesOutOfTheWeeklyTrigger) {
     EXPECT_EQ(next, 5);
 }
 
-TEST(HostileTrigger, MonthsGoOnBeyondTheCalendarLibrary) {
+TEST(HostileTrigger, MonthsGoOnBeyondTheCalendarLibraryAndNumbersThatDoNotCountCostNoTime) {
     setZone("UTC");
     const Trigger trigger = triggerOf("months 15,32");
     trigger->startTime = utc("2024-02-01 10:00");
     EXPECT_EQ(answerOf(*trigger, 253402300800), "10000-02-15 10:00");
+    HBXSchedulerMonthlyDayOfWeekTrigger crowded(utc("2024-01-01 10:00"), -1);
+    for (int number = -100'000; number < 100'000; ++number) {
+        crowded.weekDays.insert(crowded.weekDays.end(), number);
+    }
+    crowded.monthWeeks = crowded.months = crowded.weekDays;
+    EXPECT_EQ(answerOf(crowded, crowded.startTime), "2024-01-02 10:00");
 }
 
 TEST(HostileTrigger, ExtremeNumbersAreAnswered) {

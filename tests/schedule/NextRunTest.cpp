@@ -9,11 +9,7 @@ namespace HBX {
 namespace {
 
 struct Row {
-    const char* trigger;
-    const char* start; // all times in UTC
-    const char* now;
-    const char* answer;
-    const char* why;
+    const char *trigger, *start, *now, *answer, *why; // all times in UTC
     const char* end = nullptr;
 };
 
@@ -32,7 +28,6 @@ const ZoneRuns kRuns[] = {
       {"days 2", "2024-01-01 10:00", "2023-12-31 00:00", "2024-01-01 10:00", "the start"},
       {"days 2", "2024-01-01 10:00", "2024-01-01 10:00", "2024-01-03 10:00", "at a run: the following one"},
       {"days 0", "2024-01-03 10:00", "2024-01-03 10:00", "2024-01-06 10:00", "interval 0 is none"},
-      {"neither", "2024-01-02 10:00", "2024-01-02 10:00", "2024-01-06 10:00", "weekends"},
       {"weekends", "2024-01-03 10:00", "2024-01-07 10:00", "2024-01-13 10:00", "Sunday to Saturday"},
       {"both", "2024-01-01 10:00", "2024-01-05 10:00", "2024-01-08 10:00", "workdays win"},
       {"workdays", "2024-01-01 10:00", "2024-01-06 11:00", "2024-01-08 10:00", "Sunday moves one day"},
@@ -58,7 +53,6 @@ const ZoneRuns kRuns[] = {
       {"months -1,0,33", "2024-01-01 10:00", "2024-01-02 00:00", "fails", "no such days"},
       {"months 1 1,13", "2024-01-01 10:00", "2024-01-02 00:00", "2025-01-01 10:00", "once a year"},
       {"months 15", "2026-05-01 10:00", "2024-02-01 00:00", "2026-05-15 10:00", "the start's year"},
-      {"weekdays 1 1", "2024-01-01 10:00", "2023-12-31 00:00", "2024-02-05 10:00", "later than the start"},
       {"weekdays 3 5", "2024-01-01 10:00", "2024-01-01 00:00", "2024-01-31 10:00", "fifth Wednesday"},
       {"weekdays 5 5", "2024-02-01 10:00", "2024-02-01 00:00", "fails", "the fifth Friday would be the 30th"},
       {"weekdays 3 5", "2024-01-01 10:00", "2024-01-31 10:00", "fails", "none in February"},
@@ -71,8 +65,6 @@ const ZoneRuns kRuns[] = {
       {"months 1,32", "2024-03-01 22:30", "2024-03-31 22:00", "2024-03-31 22:30", "at the end"},
       {"months 1,32", "2024-03-01 22:30", "2024-03-31 22:10", "2024-04-01 21:30", "past it"},
       {"weekdays 0 5", "2024-03-01 22:00", "2024-03-31 10:00", "2024-03-31 22:00", "no end"}}},
-    {"America/New_York",
-     {{"workdays", "2024-10-31 14:00", "2024-11-01 14:00", "2024-11-04 14:00", "Friday to Monday"}}},
     {"Asia/Kolkata",
      {{"weekends", "2024-03-26 18:45", "2024-03-26 18:45", "2024-03-29 18:45", "Friday in UTC"},
       {"months 29", "2024-01-31 18:30", "2025-02-09 18:30", "fails", "no leap year"}}},
@@ -101,16 +93,15 @@ TEST(NextRun, FollowsTheRulesAndTheClockOfTheZone) {
 TEST(NextRun, TakesUpAZoneWheneverItChanges) {
     const Trigger trigger = triggerOf("weeks 1 1");
     trigger->startTime = utc("2024-01-01 12:00"); // in winter; asked for a run in summer
-    const struct {
-        const char *zone, *answer;
-    } rows[] = {{"UTC", "2024-07-08 12:00"}, {"Europe/Berlin", "2024-07-08 11:00"}};
+    const std::pair<const char*, const char*> rows[] = {{"UTC", "2024-07-08 12:00"},
+                                                        {"Europe/Berlin", "2024-07-08 11:00"}};
     for (const bool told : {true, false, true}) {
-        for (const auto& row : rows) {
-            setenv("TZ", row.zone, 1);
+        for (const auto& [zone, answer] : rows) {
+            setenv("TZ", zone, 1);
             if (told) {
                 tzset();
             }
-            EXPECT_EQ(answerOf(*trigger, utc("2024-07-02 00:00")), row.answer) << row.zone << ", " << told;
+            EXPECT_EQ(answerOf(*trigger, utc("2024-07-02 00:00")), answer) << zone << ", " << told;
         }
     }
     setZone("UTC"); // the zone goes away and comes back while no trigger is asked

@@ -48,38 +48,37 @@ inline std::set<int> numbers(const std::string& text) {
 /// "weeks INTERVAL WEEKDAYS", "months DAYS [MONTHS]", "weekdays WEEKDAYS WEEKS [MONTHS]".
 inline Trigger triggerOf(const std::string& words) {
     std::istringstream in(words);
-    std::string kind;
-    std::string parts[3];
-    in >> kind >> parts[0] >> parts[1] >> parts[2];
+    std::string kind, first, second, third;
+    in >> kind >> first >> second >> third;
     if (kind == "once") {
         return std::make_shared<HBXSchedulerOnceTrigger>();
     }
     if (kind == "weeks") {
-        auto trigger = std::make_shared<HBXSchedulerWeeklyTrigger>();
-        trigger->weeksInterval = std::stoi(parts[0]);
-        trigger->weekDays = numbers(parts[1]);
-        return trigger;
+        auto weekly = std::make_shared<HBXSchedulerWeeklyTrigger>();
+        weekly->weeksInterval = std::stoi(first);
+        weekly->weekDays = numbers(second);
+        return weekly;
     }
     if (kind == "months") {
-        auto trigger = std::make_shared<HBXSchedulerMonthlyTrigger>();
-        trigger->monthDays = numbers(parts[0]);
-        trigger->months = numbers(parts[1]);
-        return trigger;
+        auto monthly = std::make_shared<HBXSchedulerMonthlyTrigger>();
+        monthly->monthDays = numbers(first);
+        monthly->months = numbers(second);
+        return monthly;
     }
     if (kind == "weekdays") {
-        auto trigger = std::make_shared<HBXSchedulerMonthlyDayOfWeekTrigger>();
-        trigger->weekDays = numbers(parts[0]);
-        trigger->monthWeeks = numbers(parts[1]);
-        trigger->months = numbers(parts[2]);
-        return trigger;
+        auto monthly = std::make_shared<HBXSchedulerMonthlyDayOfWeekTrigger>();
+        monthly->weekDays = numbers(first);
+        monthly->monthWeeks = numbers(second);
+        monthly->months = numbers(third);
+        return monthly;
     }
-    auto trigger = std::make_shared<HBXSchedulerDailyTrigger>();
+    auto daily = std::make_shared<HBXSchedulerDailyTrigger>();
     if (kind == "days") {
-        trigger->daysInterval = std::stoi(parts[0]);
+        daily->daysInterval = std::stoi(first);
     }
-    trigger->workdaysOnly = kind == "workdays" || kind == "both";
-    trigger->weekendsOnly = kind == "weekends" || kind == "both";
-    return trigger;
+    daily->workdaysOnly = kind == "workdays" || kind == "both";
+    daily->weekendsOnly = kind == "weekends" || kind == "both";
+    return daily;
 }
 
 /// The next run in UTC, "never" or "fails".

@@ -14,22 +14,17 @@ std::string written(const char* words) {
     EXPECT_EQ(cursor->putObject(dynamic_cast<const T&>(*triggerOf(words)), 3071), 0);
     const std::string text =
         std::regex_replace(test::contentText(*cursor), std::regex(" hbx:ns=\"[a-z]+\""), "");
-    return text.substr(text.find("type=") + 5);
+    return text.substr(text.find("type=") + 6);
 }
 
 TEST(TriggerMessage, HoldsTheTrigger) {
-    const std::string start = "><start_time>0</start_time>";
-    const std::string end = "</trigger>";
     EXPECT_EQ(written<HBXSchedulerDailyTrigger>("days 0"),
-              "\"daily_trigger\"" + start + "<days_interval>0</days_interval>" + end);
+              "daily_trigger\"><start_time>0</start_time><days_interval>0</days_interval></trigger>");
     EXPECT_EQ(written<HBXSchedulerDailyTrigger>("both"),
-              "\"daily_trigger\"" + start + "<workdays_only/><weekends_only/>" + end);
-    EXPECT_EQ(written<HBXSchedulerWeeklyTrigger>("weeks 2 0,6"),
-              "\"weekly_trigger\"" + start +
-                  "<weeks_interval>2</weeks_interval><week_day>0</week_day><week_day>6</week_day>" + end);
-    EXPECT_EQ(written<HBXSchedulerMonthlyDayOfWeekTrigger>("weekdays 1 5 2"),
-              "\"monthly_day_of_week_trigger\"" + start +
-                  "<week_day>1</week_day><month_week>5</month_week><month>2</month>" + end);
+              "daily_trigger\"><start_time>0</start_time><workdays_only/><weekends_only/></trigger>");
+    EXPECT_EQ(written<HBXSchedulerMonthlyDayOfWeekTrigger>("weekdays 1,3 5 2"),
+              "monthly_day_of_week_trigger\"><start_time>0</start_time><week_day>1</week_day>"
+              "<week_day>3</week_day><month_week>5</month_week><month>2</month></trigger>");
 }
 
 TEST(TriggerMessage, HoldsAnEndOnlyWhenThereIsOne) {

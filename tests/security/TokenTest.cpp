@@ -30,26 +30,23 @@ std::string administratorsOf(const HBXEID& eid) {
 }
 
 TEST(Token, AdministratorsAreTheseOnly) {
-    const struct {
+    struct Row {
         std::string sid;
         bool isLocal, isOther;
-    } rows[] = {
+    };
+    std::vector<Row> rows = {
         {administratorsOf(kLocal), true, false},
         {administratorsOf(kOther), false, true},
         {"S-1-5-32-544", true, true},
-        {"S-1-5-21-1-2-3-500", true, true},
         {"S-1-5-21-4294967295-0-0-500", true, true},
-        {"S-1-5-32-545", false, false},
-        {"S-1-5-32-544-1", false, false},
-        {"S-1-0x000100000005-32-544", false, false},
-        {"S-1-5-33-544", false, false},
-        {"S-1-5-21-1-2-500", false, false},
-        {"S-1-5-21-1-2-3-4-500", false, false},
-        {"S-1-5-21-1-2-3-501", false, false},
-        {"S-1-5-22-1-2-3-500", false, false},
         {HBXLocalSID(0, HBXLocalSID::USER, kLocal).getSID().toString(), false, false},
         {HBXLocalSID(1, HBXLocalSID::GROUP, kLocal).getSID().toString(), false, false},
     };
+    for (const char* sid :
+         {"S-1-5-32-545", "S-1-5-32-544-1", "S-1-0x000100000005-32-544", "S-1-5-33-544", "S-1-5-21-1-2-500",
+          "S-1-5-21-1-2-3-4-500", "S-1-5-21-1-2-3-501", "S-1-5-22-1-2-3-500"}) {
+        rows.push_back({sid, false, false});
+    }
     const ScratchIdentity identity(kLocal, {});
     for (const auto& row : rows) {
         for (const HBXToken& tested : {token(row.sid), token("", {"S-1-5-7", row.sid.c_str()})}) {
@@ -62,16 +59,19 @@ TEST(Token, AdministratorsAreTheseOnly) {
 }
 
 TEST(Token, TheAgentIsAlwaysAnAdministratorAnEmptyIdentifierNever) {
+    const std::string group = administratorsOf(kLocal);
+    const std::pair<HBXEID, HBXToken> rows[] = {
+        {HBXEID(), token("S-1-1000-4", {"S-1-5-32-544"})}, // the administrators' group is empty too
+        {kLocal, token("S-1-1000-4", {group.c_str(), "S-1-5-32-544"})},
+    };
     HBXToken nobody;
     nobody.groups.emplace_back();
-    for (const HBXEID& local : {HBXEID(), kLocal}) {
-        const ScratchIdentity identity(local, {}); // without one the administrators' group is empty too
+    for (const auto& [local, agent] : rows) {
+        const ScratchIdentity identity(local, {});
         EXPECT_FALSE(nobody.isLocalAdministrators() || nobody.isEnvAdministrators(local));
-        EXPECT_TRUE(HBXToken::getAgentToken().isLocalAdministrators());
+        EXPECT_EQ(HBXToken::getAgentToken(), agent);
+        EXPECT_TRUE(agent.isLocalAdministrators());
     }
-    const ScratchIdentity identity(kLocal, {});
-    EXPECT_EQ(HBXToken::getAgentToken(),
-              token("S-1-1000-4", {administratorsOf(kLocal).c_str(), "S-1-5-32-544"}));
 }
 
 TEST(Token, RestrictionOnlyTakesAway) {

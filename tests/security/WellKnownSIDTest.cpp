@@ -54,44 +54,38 @@ TEST(LocalSID, OthersHaveNoParts) {
 }
 
 TEST(WellKnownSID, EveryKindHasItsIdentifier) {
+    const std::string group = principal("8192", kLocal, "0");
     const std::string local = principal("8195", kLocal, "0");
-    const struct {
+    const std::string master = principal("8195", kMaster, "0");
+    struct Row {
         unsigned kind;
-        std::string nameless, alone, grouped;
-    } rows[] = {
-        {0, "S-1-1000-1", "S-1-1000-1", "S-1-1000-1"},
-        {1, "S-1-1000-2", "S-1-1000-2", "S-1-1000-2"},
-        {2, "", principal("8192", kLocal, "0"), principal("8192", kLocal, "0")},
-        {3, "S-1-5-7", "S-1-5-7", "S-1-5-7"},
-        {4, "", local, local},
-        {5, "S-1-1000-0", "S-1-1000-0", "S-1-1000-0"},
-        {6, "S-1-1000-4", "S-1-1000-4", "S-1-1000-4"},
-        {7, "", local, principal("8195", kMaster, "0")},
-        {8, "S-1-0-0", "S-1-0-0", "S-1-0-0"},
-        {9, "S-1-1000-1001", "S-1-1000-1001", "S-1-1000-1001"},
-        {10, "S-1-1000-1002", "S-1-1000-1002", "S-1-1000-1002"},
-        {11, "S-1-1000-0", "S-1-1000-0", "S-1-1000-0"},
-        {0xFFFFFFFF, "S-1-1000-0", "S-1-1000-0", "S-1-1000-0"},
+        std::string texts[4]; ///< by identity
     };
+    const std::pair<HBXEID, HBXEID> identities[] = {{{}, {}}, {kLocal, {}}, {kLocal, kMaster}, {{}, kMaster}};
+    std::vector<Row> rows = {
+        {2, {"", group, group, ""}}, {4, {"", local, local, ""}}, {7, {"", local, master, master}}};
+    const std::pair<unsigned, std::string> always[] = {{0, "S-1-1000-1"},    {1, "S-1-1000-2"},
+                                                       {3, "S-1-5-7"},       {5, "S-1-1000-0"},
+                                                       {6, "S-1-1000-4"},    {8, "S-1-0-0"},
+                                                       {9, "S-1-1000-1001"}, {10, "S-1-1000-1002"},
+                                                       {11, "S-1-1000-0"},   {0xFFFFFFFF, "S-1-1000-0"}};
+    for (const auto& [kind, text] : always) {
+        rows.push_back({kind, {text, text, text, text}});
+    }
     for (const auto& row : rows) {
         const auto kind = static_cast<HBXSID::WellKnownSIDs>(row.kind);
-        const auto expect = [&](const HBXEID& eid, const HBXEID& master, const std::string& text) {
-            const ScratchIdentity identity(eid, master);
+        for (int i = 0; i < 4; ++i) {
+            const ScratchIdentity identity(identities[i].first, identities[i].second);
             const HBXSID sid = HBXSID::createWellKnownSID(kind);
-            EXPECT_EQ(sid.toString(), text) << row.kind;
+            EXPECT_EQ(sid.toString(), row.texts[i]) << row.kind;
             EXPECT_EQ(sid.isWellKnownSID(kind), kind != HBXSID::ANY_ENVIRONMENT) << row.kind;
             EXPECT_FALSE(HBXSID("S-1-5-18").isWellKnownSID(kind)) << row.kind;
-        };
-        expect({}, {}, row.nameless);
-        expect(kLocal, {}, row.alone);
-        expect(kLocal, kMaster, row.grouped);
+        }
         auto found = HBXSID::SELF;
         EXPECT_EQ(findWellKnownSID(wellKnownSIDName(kind), found), row.kind <= HBXSID::SELF);
         EXPECT_EQ(found, std::min(kind, HBXSID::SELF));
     }
     const ScratchIdentity identity({}, kMaster);
-    const HBXSID master = HBXSID::createWellKnownSID(HBXSID::MASTER_ENVIRONMENT);
-    EXPECT_EQ(master.toString(), principal("8195", kMaster, "0"));
     EXPECT_TRUE(HBXLocalSID(7, HBXLocalSID::USER).getSID().isEmpty()) << "the local environment is not known";
 }
 
@@ -101,12 +95,10 @@ TEST(WellKnownSID, AnyEnvironmentIsEachEnvironmentItself) {
         {principal("8195", HBXEID(), "0"), true},
         {principal("8195", kLocal, "1"), false},
         {principal("8192", kLocal, "0"), false},
-        {"S-1-1000-0", false},
     };
     for (const auto& [text, isOne] : rows) {
-        const HBXSID sid(text);
-        EXPECT_EQ(sid.isWellKnownSID(HBXSID::ANY_ENVIRONMENT), isOne) << text;
-        EXPECT_EQ(containsWellKnownSID({HBXSID("S-1-5-7"), sid}, HBXSID::ANY_ENVIRONMENT), isOne) << text;
+        EXPECT_EQ(HBXSID(text).isWellKnownSID(HBXSID::ANY_ENVIRONMENT), isOne) << text;
+        EXPECT_EQ(containsWellKnownSID({HBXSID("S-1-5-7"), HBXSID(text)}, HBXSID::ANY_ENVIRONMENT), isOne);
     }
     EXPECT_FALSE(HBXSID().isWellKnownSID(HBXSID::ANY_ENVIRONMENT));
 }
