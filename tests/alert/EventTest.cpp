@@ -33,6 +33,8 @@ TEST(Event, WritesInItsOrderAndStopsAtTheFirstFailure) {
         EXPECT_EQ(it->curID(), id);
     }
     HBXEvent back;
+    event.data.reset();
+    EXPECT_EQ(newCursor()->putObject(event, 0), 0);
     event.data.set({});
     it = newCursor();
     EXPECT_EQ(it->putObject(event, 0), 0);

@@ -94,6 +94,7 @@ TEST_F(EnvCommandTest, WhatIsNoCacheInOrderIsToldAndLeftAloneUnlessForced) {
         {5, changed({53}, 78), "damaged: the header size", "53: damage: the header size is 78 instead of 77"},
         {5, changed({49}, 1), "damaged: the sig", "49: damage: the signature is 1 instead of 3402563075"},
         {5, changed({73}, 0), "the file is marked as", "73: damage: the file is marked as abandoned"},
+        {5, changed({40}, 0, 8), "damaged: there is no read", "40: damage: there is no current snapshot"},
         {5, changed({40}, 4080, 8), "damaged: there is no readable state", "4080: damage: "},
     };
     for (const auto& row : rows) {
@@ -146,6 +147,7 @@ TEST_F(EnvCommandTest, StatAndReadersTellWhoHoldsWhat) {
     EXPECT_NE(holders[0]["current"], holders[1]["current"]);
     EXPECT_TRUE(holders[0]["pid"] == getpid() && holders[0]["lists"] == 1 && holders[0]["seconds"] <= 60);
     EXPECT_NE(out(call({"stat"})).find(" holds 1 list of an earlier state for "), std::string::npos);
+    EXPECT_NE(out(call({"readers"})).find("  hbx_test  2 "), std::string::npos) << out(call({"readers"}));
     const Json readers = json(call({"readers"}))["processes"];
     ASSERT_EQ(readers.size(), 1U);
     EXPECT_TRUE(readers[0]["pid"] == getpid() && readers[0]["lists"] == 2);

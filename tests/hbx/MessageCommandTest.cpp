@@ -54,6 +54,7 @@ TEST_F(ProgramTest, ChecksNameFilePlaceAndReason) {
         {write("zero", std::string("<message\0/>", 11)), "offset 8: a zero byte"},
         {sample("bad/mismatched-tags.xml"), "line 6, column 7, /data/schedule/next: mismatched tag"},
         {write("tail", contentOf(kDailyBinary) + "x"), "offset "},
+        {path("."), "Is a directory"},
         {path("missing"), "No such file or directory"},
     };
     Words files = {"message", "check", kDaily, kDailyBinary};
@@ -76,6 +77,7 @@ TEST_F(ProgramTest, NamesWhatDiffers) {
         {"<l><i>1</i><i>2</i><i>3</i></l>", "<l><i>1</i><i>3</i></l>", "- /l/i[2]\n"},
         {"<l><i/><i><v>2</v></i></l>", "<l><i/><i><v>9</v></i></l>", "~ /l/i[2]/v: value \"2\" -> \"9\"\n"},
         {"<hbx:envelope id='1'/>", "<hbx:envelope id='2'/>", "~ /hbx:envelope: id \"1\" -> \"2\"\n"},
+        {"<a>1</a><b/>", "<a/>", "~ /a: value \"1\" -> none\n- /b\n"},
     };
     const Words diff = {"message", "diff", path("left"), path("right")};
     for (const auto& row : rows) {
@@ -86,7 +88,7 @@ TEST_F(ProgramTest, NamesWhatDiffers) {
         EXPECT_EQ(ended.code, row.lines.empty() ? 0 : 1);
     }
     EXPECT_EQ(Json::parse(run(joined(diff, {"--json"})).out), Json::parse(R"({"schema": 1, "differences": [
-        {"path": "/hbx:envelope", "change": "id", "left": "1", "right": "2"}]})"));
+        {"path": "/a", "change": "value", "left": "1"}, {"path": "/b", "change": "removed"}]})"));
     EXPECT_EQ(out({"message", "diff", kDaily, kDailyBinary}), "");
     expectFailures({{3, path("missing"), {"message", "diff", kDaily, path("missing")}}});
 }

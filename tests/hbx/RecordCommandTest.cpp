@@ -42,6 +42,8 @@ TEST_F(ProgramTest, ChecksNameTheFirstElementThatDoesNotFit) {
     } rows[] = {
         {"HBXCheck", "<a/>", "/name: expected string, found no such element"},
         {"HBXNetVLAN", nic + "<mtu>x&#10;y</mtu>", "/mtu: expected int, found \"x?y\""},
+        {"HBXNetNIC", nic + "<mtu/>", "/mtu: expected int, found no value"},
+        {"HBXNetNIC", nic + "<mtu><a/></mtu>", "/mtu: expected int, found elements"},
         {"HBXNetNIC", "<name>n</name><address><entry><ip_address>1</ip_address></entry><entry/></address>",
          "/address/entry[2]/ip_address: expected string, found no such element"},
         {"HBXScheduleTask", "<trigger><start_time>1</start_time></trigger>",

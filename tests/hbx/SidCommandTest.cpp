@@ -30,6 +30,7 @@ TEST_F(ProgramTest, TakesIdentifiersApartAndMakesThemOfPrincipals) {
                        {"type", "user"}, {"local_id", 7},  {"eid", kEid}};
     EXPECT_EQ(json({"sid", "parse", kUser7}), user);
     EXPECT_EQ(json({"sid", "local", "7", "--eid", kEid}), user);
+    EXPECT_EQ(json({"sid", "parse", "S-1-5-7"})["well_known"], Json::array({"anonymous"}));
     EXPECT_EQ(json({"sid", "well-known", "nobody"})["identifiers"],
               (Json::array({{{"kind", 8}, {"name", "nobody"}, {"text", "S-1-0-0"}}})));
     expectFailures({
