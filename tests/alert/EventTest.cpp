@@ -92,5 +92,16 @@ TEST(Event, CarriesUnknownDataOnAsTheyAreAndTakesKnownOnesAsFarAsTheyRead) {
     EXPECT_EQ(event.data.get().size(), 1U);
 }
 
+TEST(Event, LevelsTravelAsNumbersKnownOrNot) {
+    const Cursor it = newCursor();
+    auto back = HBXAlertData::RED;
+    EXPECT_NE(HBXAlertTypeReader()(*it, back), 0);
+    for (const int level : {0, 77, -1}) {
+        EXPECT_EQ(HBXAlertTypeWriter()(*it, static_cast<HBXAlertData::AlertType>(level)), 0);
+        EXPECT_EQ(HBXAlertTypeReader()(*it, back), 0);
+        EXPECT_EQ(back, level);
+    }
+}
+
 } // namespace
 } // namespace HBX::test

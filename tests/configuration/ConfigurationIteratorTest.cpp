@@ -130,6 +130,8 @@ TEST(ConfigurationIterator, CopiesShareTheCursorUntilOneGetsItsOwn) {
     ASSERT_EQ(c.getValue(value, "/system/log_level"), 0);
     EXPECT_EQ(c.where(), "data/bare");
     EXPECT_EQ(d.curName(), "log_level") << "d has kept the cursor that was moved";
+    EXPECT_EQ(c.seekPresence("/system/group"), 0);
+    EXPECT_EQ(d.curName(), "log_level") << "c has no use for it";
 }
 
 TEST(ConfigurationIterator, OutlivesItsConfigurationAndMakesNewOnes) {

@@ -29,6 +29,8 @@ TEST_F(ProgramTest, CompletionOffersWhatCanFollow) {
         {"call b ''", "a file b hbx.bash "},
         {"help ex", "exit-codes "},
         {"help schedule n", "next "},
+        {"evn ''", ""},
+        {"env lsit --", ""},
     };
     std::filesystem::create_directory(path("folder"));
     write("folder/hbx.bash", out({"completion", "bash"}));

@@ -52,6 +52,7 @@ TEST(CursorRead, FindsChildrenByNameAndPathAndAttributes) {
         EXPECT_EQ(it.getAttr(text, -1), 1);
         EXPECT_EQ(it.getAttr(number, 1026), 0);
         EXPECT_EQ(number, -7);
+        EXPECT_EQ(it.seekTo(*newCursor()), -1) << "another tree";
         EXPECT_EQ(it.seek("/"), 0);
         EXPECT_EQ(it.curID(), 0);
     });

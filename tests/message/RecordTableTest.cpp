@@ -150,7 +150,7 @@ TEST(RecordTable, RecordsWithinRecordsEndWhereTheStackWould) {
     }
     std::string bytes;
     EXPECT_EQ(encodeRecord(deepest, bytes), -1) << "deeper than a message may be";
-    const Chain& readable = deepest.links[0].links[0];
+    const Chain& readable = deepest.links[0];
     EXPECT_EQ(encodeRecord(readable, bytes), 0);
     Chain read;
     EXPECT_EQ(decodeRecord(bytes, read), 0);

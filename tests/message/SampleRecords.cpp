@@ -49,7 +49,7 @@ constinit const HBXRecordTable Circle::table = recordTable<Circle, Shape>("Circl
 constinit const HBXRecordTable Stamped::table = recordTable<Stamped>("Stamped", 402, 5012, kStamped);
 constinit const HBXRecordTable Everything::table =
     recordTable<Everything, Stamped>("Everything", 403, 5013, kEverything);
-constinit const HBXRecordTable Chain::table = recordTable<Chain, Leaf>("Chain", 0, 0, kChain);
+constinit const HBXRecordTable Chain::table = recordTable<Chain>("Chain", 0, 0, kChain);
 
 int Code::fromString(std::string_view text) {
     const bool good = text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string_view::npos;

@@ -113,7 +113,7 @@ struct Everything : Stamped {
 };
 
 /// Its items are of its own kind and lie directly below it.
-struct Chain : Leaf {
+struct Chain {
     std::vector<Chain> links;
 
     static const HBXRecordTable table;

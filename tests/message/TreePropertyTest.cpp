@@ -200,6 +200,10 @@ public:
     void step() {
         const std::size_t which = random_() % 2;
         It& it = *cursors_[which];
+        if (random_() % 16 == 0) {
+            EXPECT_EQ(it.seekTo(*cursors_[1 - which]), 0);
+            places_[which] = places_[1 - which];
+        }
         Place here = places_[which].lock();
         if (here == nullptr) {
             expectStale(it);

@@ -60,8 +60,8 @@ private:
                                                                                                         : -1;
     }
 
-    /// A built tree may be deeper than the stack, hence the limit: as deep as encoded elements can be, and the
-    /// record at the top.
+    /// A built tree may be deeper than the stack, hence the limit: as deep as encoded elements can be, and
+    /// the record at the top.
     bool readMembers(Place at, void* record, const HBXRecordTable& table) {
         if (source_.recordDepth() > kMaxDepth) [[unlikely]] {
             return false;
