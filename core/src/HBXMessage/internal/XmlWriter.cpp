@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstring>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include <HBXMessage/internal/ByteBuffer.h>
 #include <HBXMessage/internal/ElementPath.h>
 #include <HBXMessage/internal/Limits.h>
+#include <HBXMessage/internal/NumberText.h>
 #include <HBXMessage/internal/XmlChars.h>
 #include <HBXMessage/internal/XmlEscape.h>
 #include <HBXMessage/internal/XmlNames.h>
@@ -381,11 +381,7 @@ void XmlWriter::writeRef(Ref ref, std::string_view name, std::string_view word) 
     out_.append('"');
 }
 
-void XmlWriter::writeNumber(Ref number) {
-    char digits[12];
-    const auto [end, error] = std::to_chars(digits, digits + sizeof digits, number);
-    out_.append({digits, static_cast<std::size_t>(end - digits)});
-}
+void XmlWriter::writeNumber(Ref number) { out_.append(NumberText(std::int64_t{number}).view()); }
 
 bool XmlWriter::tryQuoted(std::string_view value) {
     out_.append("=\"");
