@@ -52,7 +52,7 @@ TEST_F(ProgramTest, ChecksNameFilePlaceAndReason) {
     const std::pair<std::string, std::string> rows[] = {
         {write("empty", ""), "there is nothing in it"},
         {write("zero", std::string("<message\0/>", 11)), "offset 8: a zero byte"},
-        {sample("bad/mismatched-tags.xml"), "line 6, column 7, /data/schedule/next: mismatched tag"},
+        {sample("bad/mismatched-tags.xml"), "line 6, column 5, /data/schedule/next: mismatched tag"},
         {write("tail", contentOf(kDailyBinary) + "x"), "offset "},
         {path("."), "Is a directory"},
         {path("missing"), "No such file or directory"},

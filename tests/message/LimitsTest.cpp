@@ -11,14 +11,6 @@ namespace {
 
 using It = HBXMessageIterator;
 
-std::string repeated(int count, const std::function<std::string(int)>& piece) {
-    std::string all;
-    for (int i = 0; i < count; ++i) {
-        all += piece(i);
-    }
-    return all;
-}
-
 std::string nestedBytes(int levels) {
     std::string node = emptyNode(1010);
     for (; levels > 1; --levels) {
@@ -116,6 +108,14 @@ TEST(Limits, HoldForTheSizeOfAMessageAndTheNamesInUse) {
     const Cursor it = newCursor();
     it->putValue(large.substr(40), 5);
     EXPECT_EQ(it->toText(), nullptr);
+    for (const int numbers : {16'384, 16'385}) { // of attributes, which make as many names in a text
+        const Cursor numbered = newCursor();
+        for (int i = 0; i < numbers; ++i) {
+            numbered->newChild(5), numbered->putAttr(i, 1'000'000 + i), numbered->seekUp();
+        }
+        EXPECT_EQ(newMessage()->fromText(takeText(numbered->toText()).c_str(), nullptr),
+                  numbers == 16'384 ? 0 : -1);
+    }
     for (const int levels : {256, 257}) {
         EXPECT_EQ(checks(elementBytes(nestedBytes(levels))), levels == 256) << "an element by itself";
         const Cursor deep = newCursor();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -8,6 +9,14 @@
 
 /// Messages out of what stands below their root.
 namespace HBX::test {
+
+inline std::string repeated(int count, const std::function<std::string(int)>& piece) {
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += piece(i);
+    }
+    return all;
+}
 
 inline std::string messageText(const std::string& content) {
     return R"(<message xmlns:hbx="urn:hbx:message" hbx:v="1">)" + content + "</message>";

@@ -3,7 +3,8 @@
 #include <functional>
 #include <memory>
 
-#include <expat.h>
+#include <libxml/parser.h>
+#include <libxml/tree.h>
 
 #include "Failure.h"
 #include "MessageFile.h"
@@ -12,82 +13,68 @@ namespace HBX::tool {
 
 namespace {
 
-/// Takes the events of the parser. The text is our own, so it needs no care for what else XML can hold.
-class Builder {
-public:
-    Builder() { open_.emplace_back(); }
+/// With the prefix, as written.
+std::string nameOf(const xmlNs* ns, const xmlChar* name) {
+    const auto* local = reinterpret_cast<const char*>(name);
+    return ns == nullptr ? local : std::string(reinterpret_cast<const char*>(ns->prefix)) + ":" + local;
+}
 
-    void start(const char* tag, const char** attributes) {
-        Outline& element = open_.emplace_back();
-        element.tag = tag;
-        for (; *attributes != nullptr; attributes += 2) {
-            addAttribute(element, attributes[0], attributes[1]);
-        }
-    }
+std::string_view contentOf(const xmlNode* node) {
+    return node == nullptr ? "" : reinterpret_cast<const char*>(node->content);
+}
 
-    void text(std::string_view piece) {
-        std::optional<std::string>& value = open_.back().value;
-        value ? value->append(piece) : value.emplace(piece);
-    }
-
-    void end() {
-        Outline element = std::move(open_.back());
-        open_.pop_back();
-        element.hash = hashOf(element);
-        open_.back().children.push_back(std::move(element));
-    }
-
-    Outline take() { return std::move(open_.front().children.front()); }
-
-private:
-    static void addAttribute(Outline& element, const std::string& key, const char* value) {
-        if (key == "xmlns:hbx") {
-            return; // the same everywhere
-        }
+void addAttributes(Outline& element, const xmlNode& node) {
+    for (const xmlAttr* attribute = node.properties; attribute != nullptr; attribute = attribute->next) {
+        const std::string key = nameOf(attribute->ns, attribute->name);
         if (key == "hbx:kind" || key == "hbx:enc") {
             element.value = ""; // there is a value, even if no text follows
         }
-        element.attributes.emplace_back(key, value);
+        element.attributes.emplace_back(key, contentOf(attribute->children));
     }
+}
 
-    static std::size_t hashOf(const Outline& element) {
-        std::size_t hash = std::hash<std::string>()(element.tag);
-        const auto add = [&hash](std::size_t more) { hash = hash * 31 + more; };
-        for (const auto& [key, value] : element.attributes) {
-            add(std::hash<std::string>()(key));
-            add(std::hash<std::string>()(value));
-        }
-        add(std::hash<std::optional<std::string>>()(element.value));
-        for (const Outline& child : element.children) {
-            add(child.hash);
-        }
-        return hash;
+std::size_t hashOf(const Outline& element) {
+    std::size_t hash = std::hash<std::string>()(element.tag);
+    const auto add = [&hash](std::size_t more) { hash = hash * 31 + more; };
+    for (const auto& [key, value] : element.attributes) {
+        add(std::hash<std::string>()(key));
+        add(std::hash<std::string>()(value));
     }
+    add(std::hash<std::optional<std::string>>()(element.value));
+    for (const Outline& child : element.children) {
+        add(child.hash);
+    }
+    return hash;
+}
 
-    std::vector<Outline> open_; ///< elements not yet ended, the outermost being the document's place
-};
-
-Builder& builder(void* user) { return *static_cast<Builder*>(user); }
+/// The text is our own, so it holds nothing but elements and texts, and is not nested too deeply to recurse.
+Outline outlineOf(const xmlNode& node) {
+    Outline element;
+    element.tag = nameOf(node.ns, node.name);
+    addAttributes(element, node);
+    for (const xmlNode* child = node.children; child != nullptr; child = child->next) {
+        if (child->type == XML_ELEMENT_NODE) {
+            element.children.push_back(outlineOf(*child));
+        } else {
+            element.value = element.value.value_or("").append(contentOf(child));
+        }
+    }
+    element.hash = hashOf(element);
+    return element;
+}
 
 } // namespace
 
 Outline outlineOf(const std::string& path, const HBXMessageIterator& element) {
     const std::string text = elementText(path, element, 0);
-    const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate("UTF-8"),
-                                                                              &XML_ParserFree);
-    Builder result;
-    XML_SetUserData(parser.get(), &result);
-    XML_SetElementHandler(
-        parser.get(),
-        [](void* user, const char* tag, const char** attributes) { builder(user).start(tag, attributes); },
-        [](void* user, const char*) { builder(user).end(); });
-    XML_SetCharacterDataHandler(parser.get(), [](void* user, const char* piece, int length) {
-        builder(user).text({piece, static_cast<std::size_t>(length)});
-    });
-    if (XML_Parse(parser.get(), text.data(), static_cast<int>(text.size()), XML_TRUE) != XML_STATUS_OK) {
-        throw Failure(ExitCode::InvalidInput, path + ": " + XML_ErrorString(XML_GetErrorCode(parser.get())));
+    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(
+        xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
+                      XML_PARSE_HUGE | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+        &xmlFreeDoc);
+    if (document == nullptr) {
+        throw Failure(ExitCode::InvalidInput, path + ": " + xmlGetLastError()->message);
     }
-    return result.take();
+    return outlineOf(*xmlDocGetRootElement(document.get()));
 }
 
 nlohmann::ordered_json toJson(const Outline& outline) {

@@ -157,7 +157,8 @@ void XmlReader::onText(std::string_view text) {
         return;
     }
     if (const std::size_t at = findNonBlank(text); at != std::string_view::npos) {
-        fail(place_ == Place::Envelope ? "text inside the envelope" : "text after a child element", at);
+        failAtText(text.substr(at),
+                   place_ == Place::Envelope ? "text inside the envelope" : "text after a child element");
     }
 }
 
@@ -193,9 +194,7 @@ void XmlReader::openElement(std::string_view name, Attributes attributes) {
     current_ = tree_.append(current_, id, 0);
     ++depth_;
     takesText_ = true;
-    if (*attributes != nullptr) {
-        readAttributes(attributes, isCoded);
-    }
+    readAttributes(attributes, isCoded);
 }
 
 void XmlReader::closeElement() {
@@ -216,15 +215,15 @@ Ref XmlReader::codedElement(std::string_view name, Attributes attributes) {
         return 0;
     }
     Ref id = 0;
-    for (; *attributes != nullptr && !failed(); attributes += 2) {
-        const XmlMarkRow* row = findMark(attributes[0]);
+    for (const auto& [key, text] : attributes) {
+        const XmlMarkRow* row = findMark(key);
         if (row == nullptr || (row->mark != XmlMark::Id && row->mark != XmlMark::Name)) {
             continue;
         }
         if (id != 0) {
             fail("the element is named twice");
         }
-        const std::string_view value = row->base64 ? decoded(attributes[1]) : attributes[1];
+        const std::string_view value = row->base64 ? decoded(text) : text;
         id = row->mark == XmlMark::Id ? numberRef(value) : nameRef(&elementRef, value);
     }
     if (id == 0) {
@@ -234,9 +233,10 @@ Ref XmlReader::codedElement(std::string_view name, Attributes attributes) {
 }
 
 void XmlReader::readAttributes(Attributes attributes, bool isCoded) {
-    for (; *attributes != nullptr && !failed(); attributes += 2) {
-        const std::string_view name = attributes[0];
-        const std::string_view value = attributes[1];
+    for (const auto& [name, value] : attributes) {
+        if (failed()) {
+            return;
+        }
         if (const XmlMarkRow* row = findMark(name); row != nullptr) {
             readMark(*row, row->base64 ? decoded(value) : value, isCoded);
         } else if (name.starts_with(kXmlPrefix)) {
@@ -381,8 +381,8 @@ void XmlReader::openEnvelope(Attributes attributes) {
     place_ = Place::Envelope;
     takesText_ = false;
     value_.clear();
-    for (; *attributes != nullptr && !failed(); attributes += 2) {
-        readEnvelopeField(attributes[0], attributes[1]);
+    for (const auto& [name, value] : attributes) {
+        readEnvelopeField(name, value);
     }
 }
 
@@ -412,10 +412,10 @@ void XmlReader::openTarget(std::string_view name, Attributes attributes) {
     }
     place_ = Place::Target;
     takesText_ = true;
-    isBase64Target_ = *attributes != nullptr;
-    for (; *attributes != nullptr; attributes += 2) {
-        const XmlMarkRow* row = findMark(attributes[0]);
-        if (row == nullptr || row->mark != XmlMark::Encoding || attributes[1] != kXmlBase64) {
+    isBase64Target_ = !attributes.empty();
+    for (const auto& [key, value] : attributes) {
+        const XmlMarkRow* row = findMark(key);
+        if (row == nullptr || row->mark != XmlMark::Encoding || value != kXmlBase64) {
             fail("a target takes hbx:enc=\"base64\" and nothing else");
         }
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <unordered_set>
 #include <vector>
 
 #include <HBXCommon/HBXErrorMessage.h>
@@ -84,6 +85,7 @@ private:
     std::vector<const Attribute*> attributes_;
     std::vector<bool> usedNames_;
     std::uint32_t nameCount_ = 0;
+    std::unordered_set<Ref> numbers_; ///< of attributes without a name
 };
 
 bool XmlWriter::write() {
@@ -341,6 +343,9 @@ void XmlWriter::writeCodedKey(Ref id, char byNumber, char byName) {
     if (id < kDynamicRef) {
         out_.append(byNumber);
         writeNumber(id);
+        if (numbers_.insert(id).second && numbers_.size() > kMaxXmlNumbers) {
+            fail("more than " + std::to_string(kMaxXmlNumbers) + " attributes known by number alone");
+        }
         return;
     }
     out_.append(byName);
