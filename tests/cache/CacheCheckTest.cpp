@@ -62,7 +62,7 @@ TEST_F(CacheCheckTest, CountsWhatIsHeldAndNotesWhatDiedHoldingIt) {
 
 TEST_F(CacheCheckTest, SaysWhereTheDamageIs) {
     build(8, 20);
-    const std::string good = readFile(name_);
+    const std::string good = contentOf(name_);
     const std::uint64_t snapshot = numberAt(good, offsetof(HBXCacheHead, snapshot));
     std::uint64_t value = 0;
     for (std::uint64_t i = 0; value == 0; ++i) { // entry 0 may be a removed one
@@ -99,7 +99,7 @@ TEST_F(CacheCheckTest, ReadsTheLockFileToo) {
     using internal::SidecarHead;
     build(8, 20);
     const std::string lock = name_ + ".lock";
-    const std::string good = readFile(lock);
+    const std::string good = contentOf(lock);
     const struct {
         std::set<std::size_t> changed;
         bool damage;
@@ -152,7 +152,7 @@ TEST_F(CacheCheckTest, NeverCallsDamageWhatAnotherProcessIsChanging) {
 
 TEST_F(CacheCheckTest, TellsCachesFromOtherFiles) {
     build(8, 20);
-    const std::string good = readFile(name_);
+    const std::string good = contentOf(name_);
     std::string threeKnown = good;
     threeKnown[49] = threeKnown[57] = 0;
     std::string twoKnown = threeKnown;
@@ -176,7 +176,7 @@ TEST_F(CacheCheckTest, TellsCachesFromOtherFiles) {
         ASSERT_EQ(recogniseCacheFile(path, TestCache::kFormat, kind), 0);
         EXPECT_EQ(kind, row.kind);
         EXPECT_EQ(check(path).kind, row.kind);
-        EXPECT_EQ(readFile(path), row.content);
+        EXPECT_EQ(contentOf(path), row.content);
     }
     ASSERT_EQ(recogniseCacheFile(path("none"), TestCache::kFormat, kind), 0);
     EXPECT_EQ(kind, HBXCacheFileKind::Missing);

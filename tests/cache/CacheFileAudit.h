@@ -13,14 +13,9 @@
 
 #include <unistd.h>
 
-namespace HBX::test {
+#include "support/ScratchFolder.h"
 
-inline std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    std::string content(file ? static_cast<std::size_t>(file.tellg()) : 0, '\0');
-    file.seekg(0).read(content.data(), static_cast<std::streamsize>(content.size()));
-    return content;
-}
+namespace HBX::test {
 
 /// Overwrites what the file holds, without making it a new one.
 inline void writeFile(const std::string& path, const std::string& content) {
@@ -47,8 +42,8 @@ inline std::uint64_t numberAt(const std::string& content, std::size_t offset) {
 /// this process stands in its tables.
 /// @return what is wrong, empty when nothing is.
 inline std::string auditFile(const std::string& name, const HBXCacheFormat& format) {
-    std::string content = readFile(name);
-    const std::string lockFile = readFile(name + ".lock");
+    std::string content = contentOf(name);
+    const std::string lockFile = contentOf(name + ".lock");
     if (content.size() < kCacheMinimumSize || lockFile.size() < sizeof(internal::Sidecar)) {
         return "a file is too short";
     }

@@ -28,7 +28,7 @@ public:
 
     /// Empty; with a tail, small and big values; with a second snapshot and removed entries.
     void addShapes() {
-        const auto add = [&] { shapes_.push_back({readFile(name_), readFile(lockName_)}); };
+        const auto add = [&] { shapes_.push_back({contentOf(name_), contentOf(lockName_)}); };
         const TestCachePointer cache = open();
         add();
         for (std::uint64_t i = 0; i < 30; ++i) {
@@ -86,7 +86,7 @@ private:
         }
     }
     void changeStored(const std::string& path, std::size_t begin, std::size_t end) {
-        std::string content = readFile(path);
+        std::string content = contentOf(path);
         end = std::min(end, content.size());
         change(content, begin, end);
         writeAt(path, begin, std::string_view(content).substr(begin, end - begin));

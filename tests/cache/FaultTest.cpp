@@ -28,20 +28,11 @@ protected:
 // --- no room ---
 
 TEST_F(FaultTest, WithoutRoomNothingChanges) {
-    const struct {
-        const char* name;
-        std::size_t maximum;
-        void (*begin)();
-    } rows[] = {
-        {"full disk", 64 << 20, [] { limitFileSize(100'000); }},
-        {"growing fails", 64 << 20, [] { TestManager::wishes.failGrow = true; }},
-        {"largest size", 100'000, [] {}},
-    };
-    for (const auto& row : rows) {
-        name_ = path(row.name);
+    for (const bool isDiskFull : {false, true}) {
+        name_ = path(isDiskFull ? "full disk" : "largest size");
         const auto work = [&] {
-            const TestCachePointer cache = openCache(name_, row.maximum);
-            row.begin();
+            const TestCachePointer cache = openCache(name_, isDiskFull ? 64 << 20 : 100'000);
+            isDiskFull ? limitFileSize(100'000) : void();
             Content model;
             std::uint64_t failures = 0;
             for (std::uint64_t i = 0; i < 400 && failures < 50; ++i) {
@@ -60,7 +51,7 @@ TEST_F(FaultTest, WithoutRoomNothingChanges) {
             EXPECT_EQ(auditFile(name_, TestCache::kFormat), "");
             return HasFailure() ? 1 : 0;
         };
-        EXPECT_EQ(inChild(work), 0) << row.name;
+        EXPECT_EQ(inChild(work), 0) << name_;
     }
 }
 
@@ -68,25 +59,25 @@ TEST_F(FaultTest, WithoutRoomNothingChanges) {
 
 TEST_F(FaultTest, WhatCannotBeMappedOrLockedGivesItsCode) {
     const Content content = fill();
-    TestManager::wishes.failMap = true;
+    TestManager::wishes.fails = "map";
     EXPECT_EQ(OpenCache::tryOpen(name_, false), -2);
     TestManager::wishes = Wishes();
     TestManager::wishes.reservation = 16 << 10;
     const TestCachePointer cache = open();
-    TestManager::wishes.failRemap = true;
+    TestManager::wishes.fails = "remap";
     EXPECT_EQ(inChild([&] {
                   TestManager::wishes = Wishes();
                   return put(*open(), 9, 1, 200'000);
               }),
               0);
     EXPECT_EQ(put(*cache, 1, 1, 1), -10);
-    TestManager::wishes.failRemap = false;
+    TestManager::wishes.fails = "";
     EXPECT_EQ(cache->remove(keyOf(9)), 0) << "the mapping before stayed in use";
     EXPECT_EQ(contentOf(*cache), content);
-    TestManager::wishes.failLock = true;
+    TestManager::wishes.fails = "lock";
     EXPECT_EQ(put(*cache, 1, 1, 1), -9);
     EXPECT_EQ(OpenCache::tryOpen(name_, false), -9);
-    TestManager::wishes.failLock = false;
+    TestManager::wishes.fails = "";
     EXPECT_EQ(put(*cache, 1, 1, 1), -14) << "who could not lock it when opening gave it up";
 }
 
@@ -249,13 +240,13 @@ TEST_F(FaultTest, FilesThatAreNotOursAreRefusedAndUntouched) {
             EXPECT_EQ(OpenCache::tryOpen(name_, false), -2);
             EXPECT_EQ(open(), nullptr);
             EXPECT_EQ(std::filesystem::symlink_status(foreign), before);
-            EXPECT_EQ(readFile(other), "");
+            EXPECT_EQ(contentOf(other), "");
         }
     }
     name_ = path("text");
     write("text.lock", "Somebody's that must not be lost");
     EXPECT_EQ(open(), nullptr);
-    EXPECT_EQ(readFile(name_ + ".lock"), "Somebody's that must not be lost");
+    EXPECT_EQ(contentOf(name_ + ".lock"), "Somebody's that must not be lost");
 }
 
 } // namespace

@@ -64,7 +64,8 @@ public:
     void end() { process_.reset(); }
 
 private:
-    static int perform(const std::vector<Stage>& stages) {
+    /// What a stage throws ends the process.
+    static int perform(const std::vector<Stage>& stages) noexcept {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         ptrace(PTRACE_TRACEME, 0, nullptr, nullptr); // refused: it is stopped by signals alone
         for (const Stage& stage : stages) {

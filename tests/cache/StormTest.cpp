@@ -2,9 +2,9 @@
 #include "CacheTestUtil.h"
 #include "support/ChildProcess.h"
 
+#include <array>
 #include <atomic>
 #include <deque>
-#include <iostream>
 #include <memory>
 #include <optional>
 #include <random>
@@ -42,12 +42,6 @@ struct WriterLog {
         }
         return true;
     }
-};
-
-struct SharedLog {
-    WriterLog writers[kWriters];
-    std::atomic<std::uint64_t> operations{0};
-    std::atomic<std::uint64_t> walks{0};
 };
 
 /// Processes that use one cache without pause, until they are killed.
@@ -88,11 +82,10 @@ public:
         EXPECT_EQ(auditFile(name_, TestCache::kFormat), "");
         const auto list = cache->getList();
         for (std::size_t writer = 0; writer < kWriters; ++writer) {
-            ASSERT_TRUE(log_->writers[writer].agrees(*list, writer * kKeysEach)) << writer;
+            ASSERT_TRUE((*logs_)[writer].agrees(*list, writer * kKeysEach)) << writer;
         }
     }
     std::uint64_t fileSize() const { return std::filesystem::file_size(name_); }
-    void report() const { std::cout << log_->operations << " changes, " << log_->walks << " walks\n"; }
 
 private:
     void start(std::size_t place) {
@@ -109,7 +102,7 @@ private:
 
     int write(std::size_t writer, std::uint64_t seed) {
         std::mt19937_64 random(seed);
-        WriterLog& log = log_->writers[writer];
+        WriterLog& log = (*logs_)[writer];
         const std::uint64_t base = writer * kKeysEach;
         const TestCachePointer cache = openCache(name_);
         if (cache == nullptr) {
@@ -118,7 +111,6 @@ private:
         int result = resolve(log, *cache, base);
         while (result == 0) {
             result = change(log, *cache, base, random);
-            ++log_->operations;
         }
         return result;
     }
@@ -156,7 +148,7 @@ private:
             return 10;
         }
         std::deque<std::pair<boost::intrusive_ptr<TestCache::ValuesList>, std::optional<Content>>> held;
-        for (;; ++log_->walks) {
+        for (;;) {
             const auto list = cache->getList();
             held.emplace_back(list, readList(*list));
             if (!list->holdsSnapshot() || !held.back().second.has_value()) {
@@ -172,7 +164,7 @@ private:
     }
 
     std::string name_;
-    Shared<SharedLog> log_;
+    Shared<std::array<WriterLog, kWriters>> logs_;
     std::vector<std::unique_ptr<ChildProcess>> children_;
     std::mt19937_64 random_{23};
     std::optional<std::uint64_t> generation_;
@@ -195,7 +187,6 @@ protected:
             ASSERT_NO_FATAL_FAILURE(storm.expectQuietState()) << "round " << round;
             ASSERT_LE(storm.fileSize(), 3 * quietSize) << "round " << round;
         }
-        storm.report();
     }
 };
 
