@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <set>
 
-#include <HBXCore/HBXCacheCheck.h>
 
 namespace HBX::test {
 namespace {
@@ -69,8 +68,7 @@ TEST_F(CacheCheckTest, SaysWhereTheDamageIs) {
         value = numberAt(good, snapshot + kSnapshotEntriesOffset + i * 24 + 16);
     }
     const struct {
-        std::uint64_t at;
-        std::uint64_t number;
+        std::uint64_t at, number;
         Severity severity;
         std::uint64_t offset;
         const char* what;
@@ -100,11 +98,7 @@ TEST_F(CacheCheckTest, ReadsTheLockFileToo) {
     build(8, 20);
     const std::string lock = name_ + ".lock";
     const std::string good = contentOf(lock);
-    const struct {
-        std::set<std::size_t> changed;
-        bool damage;
-        const char* what;
-    } rows[] = {
+    const std::tuple<std::set<std::size_t>, bool, const char*> rows[] = {
         {{offsetof(SidecarHead, magic)}, true, "this is no lock file, and no process will use it as one"},
         {{offsetof(SidecarHead, bootId)}, false, ""}, // closed in good order before the system went down
         {{offsetof(SidecarHead, bootId), offsetof(SidecarHead, clean)},
@@ -113,15 +107,15 @@ TEST_F(CacheCheckTest, ReadsTheLockFileToo) {
         {{offsetof(SidecarHead, rebuild)}, false, "a change was cut short"},
         {{offsetof(SidecarHead, inode)}, false, ""}, // of another file
     };
-    for (const auto& row : rows) {
+    for (const auto& [changed, damage, what] : rows) {
         std::string other = good;
-        for (const std::size_t offset : row.changed) {
+        for (const std::size_t offset : changed) {
             other[offset] = static_cast<char>(other[offset] ^ 1);
         }
         writeFile(lock, other);
         const HBXCacheFindings findings = check(name_);
-        EXPECT_EQ(findings.list.empty() ? "" : findings.list[0].what, row.what);
-        EXPECT_EQ(findings.isDamaged(), row.damage) << row.what;
+        EXPECT_EQ(findings.list.empty() ? "" : findings.list[0].what, what);
+        EXPECT_EQ(findings.isDamaged(), damage) << what;
     }
 }
 
@@ -157,10 +151,7 @@ TEST_F(CacheCheckTest, TellsCachesFromOtherFiles) {
     threeKnown[49] = threeKnown[57] = 0;
     std::string twoKnown = threeKnown;
     twoKnown[65] = 0;
-    const struct {
-        std::string content;
-        HBXCacheFileKind kind;
-    } rows[] = {
+    const std::pair<std::string, HBXCacheFileKind> rows[] = {
         {"", HBXCacheFileKind::Empty},
         {std::string(4096, '\0'), HBXCacheFileKind::Empty},
         {std::string(200'000, '\0'), HBXCacheFileKind::Other},
@@ -171,12 +162,12 @@ TEST_F(CacheCheckTest, TellsCachesFromOtherFiles) {
         {twoKnown, HBXCacheFileKind::Other},
     };
     HBXCacheFileKind kind{};
-    for (const auto& row : rows) {
-        const std::string path = write("file", row.content);
+    for (const auto& [content, expected] : rows) {
+        const std::string path = write("file", content);
         ASSERT_EQ(recogniseCacheFile(path, TestCache::kFormat, kind), 0);
-        EXPECT_EQ(kind, row.kind);
-        EXPECT_EQ(check(path).kind, row.kind);
-        EXPECT_EQ(contentOf(path), row.content);
+        EXPECT_EQ(kind, expected);
+        EXPECT_EQ(check(path).kind, expected);
+        EXPECT_EQ(contentOf(path), content);
     }
     ASSERT_EQ(recogniseCacheFile(path("none"), TestCache::kFormat, kind), 0);
     EXPECT_EQ(kind, HBXCacheFileKind::Missing);

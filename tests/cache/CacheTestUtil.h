@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,13 @@
 #include "ThreadSanitizer.h"
 
 namespace HBX::test {
+
+/// Throws what is wrong.
+inline void demand(bool success, const std::string& what) {
+    if (!success) {
+        throw std::runtime_error(what);
+    }
+}
 
 /// A value whose bytes tell whether it is whole: all of them follow from key, version and size.
 struct TestValue {

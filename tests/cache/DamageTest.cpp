@@ -6,9 +6,7 @@
 #include <random>
 #include <set>
 
-#include <HBXCommon/HBXErrorMessage.h>
 #include <HBXCommon/HBXLog.h>
-#include <HBXCore/HBXCacheCheck.h>
 
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -177,13 +175,6 @@ private:
         const TestCachePointer cache = open();
         ASSERT_NE(cache, nullptr) << getErrorMessage();
         use(*cache, {0});
-        const auto list = cache->getList();
-        const TestValue* before = nullptr;
-        for (const TestValue& value : *list) {
-            ASSERT_TRUE(before == nullptr || before->key < value.key);
-            ASSERT_EQ(list->find(value.key), &value);
-            before = &value;
-        }
         ASSERT_EQ(auditFile(name_, TestCache::kFormat), "");
     }
 

@@ -85,10 +85,7 @@ TEST_F(FaultTest, WhatCannotBeMappedOrLockedGivesItsCode) {
 
 /// Whatever somebody does to the files of a cache in use, the next who opens it finds a new one.
 TEST_F(FaultTest, WhoUsesAReplacedFileNoticesAndOpensTheNewOne) {
-    const struct {
-        const char* name;
-        void (*act)(const std::string& name);
-    } rows[] = {
+    const std::pair<std::string, void (*)(const std::string& name)> rows[] = {
         {"removed",
          [](const std::string& name) {
              std::string error;
@@ -101,14 +98,14 @@ TEST_F(FaultTest, WhoUsesAReplacedFileNoticesAndOpensTheNewOne) {
          }},
         {"lock file deleted", [](const std::string& name) { unlink((name + ".lock").c_str()); }},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        name_ = path(row.name);
+    for (const auto& [name, act] : rows) {
+        SCOPED_TRACE(name);
+        name_ = path(name);
         const Content content = fill();
         const boost::intrusive_ptr<OpenCache> cache(new OpenCache(name_));
         ASSERT_EQ(cache->initialize(true, true), 0);
         auto list = cache->getList();
-        row.act(name_);
+        act(name_);
         ASSERT_EQ(inChild([&] { return contentOf(*open()).empty() && fill(8).size() == 3 ? 0 : 1; }), 0)
             << "two locks would guard one file";
         EXPECT_FALSE(cache->getList()->holdsSnapshot());
@@ -127,11 +124,7 @@ TEST_F(FaultTest, EntriesSurviveWhatHappensToAClosedCache) {
         writeNumberAt(name_ + ".lock", offsetof(SidecarHead, clean), clean);
         writeAt(name_ + ".lock", offsetof(SidecarHead, bootId), "another");
     };
-    const struct {
-        const char* name;
-        bool keeps;
-        std::function<void()> act;
-    } rows[] = {
+    const std::tuple<std::string, bool, std::function<void()>> rows[] = {
         {"lock file deleted", true, [&] { unlink((name_ + ".lock").c_str()); }},
         {"lock file cut off", true, [&] { std::filesystem::resize_file(name_ + ".lock", 5'000); }},
         {"lock file zeroed", true, [&] { writeFile(name_ + ".lock", std::string(100, '\0')); }},
@@ -149,17 +142,17 @@ TEST_F(FaultTest, EntriesSurviveWhatHappensToAClosedCache) {
         {"file cut off", false, [&] { std::filesystem::resize_file(name_, 4'096); }},
         {"file emptied", false, [&] { std::filesystem::resize_file(name_, 0); }},
     };
-    for (const auto& row : rows) {
-        name_ = path(row.name);
+    for (const auto& [name, keeps, act] : rows) {
+        name_ = path(name);
         fill();
         ASSERT_EQ(put(*open(), 9, 1, 20'000), 0);
         const Content content = contentOf(*open());
-        row.act();
+        act();
         const TestCachePointer cache = open();
-        ASSERT_NE(cache, nullptr) << row.name;
-        EXPECT_EQ(contentOf(*cache), row.keeps ? content : Content()) << row.name;
-        EXPECT_EQ(put(*cache, 8, 1, 10), 0) << row.name;
-        EXPECT_EQ(auditFile(name_, TestCache::kFormat), "") << row.name;
+        ASSERT_NE(cache, nullptr) << name;
+        EXPECT_EQ(contentOf(*cache), keeps ? content : Content()) << name;
+        EXPECT_EQ(put(*cache, 8, 1, 10), 0) << name;
+        EXPECT_EQ(auditFile(name_, TestCache::kFormat), "") << name;
     }
 }
 
@@ -221,10 +214,7 @@ TEST_F(FaultTest, AStoppedHolderIsNotWaitedForForever) {
 
 TEST_F(FaultTest, FilesThatAreNotOursAreRefusedAndUntouched) {
     const std::string other = write("other", "");
-    const struct {
-        const char* kind;
-        std::function<int(const char* path)> make;
-    } rows[] = {
+    const std::pair<std::string, std::function<int(const char* path)>> rows[] = {
         {"symbolic link", [&](const char* path) { return symlink(other.c_str(), path); }},
         {"second name", [&](const char* path) { return link(other.c_str(), path); }},
         {"pipe", [](const char* path) { return mkfifo(path, 0644); }},

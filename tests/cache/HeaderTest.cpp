@@ -36,8 +36,7 @@ TEST_F(HeaderTest, OpeningOnlyAlsoMakesAFileWithTheBytesThatOthersExpect) {
 /// Each field is wrong together with all that are validated after it.
 TEST_F(HeaderTest, CreatorsReplaceWhatIsRefusedAndOthersLeaveIt) {
     const struct {
-        std::size_t offset;
-        std::uint32_t wrong;
+        std::uint32_t offset, wrong;
         int code;
     } rows[] = {{73, 0, -14}, {53, 78, -11}, {57, 20, -13}, {49, 1, -12}, {61, 224, -15}, {65, 47, -16}};
     for (const auto* row = std::begin(rows); row != std::end(rows); ++row) {

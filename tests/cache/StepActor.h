@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -9,13 +8,6 @@
 #include "CacheTestUtil.h"
 
 namespace HBX::test {
-
-/// Throws what is wrong.
-inline void demand(bool success, const std::string& what) {
-    if (!success) {
-        throw std::runtime_error(what);
-    }
-}
 
 /// Keys in the order of their numbers, which are below 256.
 inline HBXGUIDBase stepKey(std::uint64_t number) {

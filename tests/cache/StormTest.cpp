@@ -90,74 +90,62 @@ public:
 private:
     void start(std::size_t place) {
         const std::uint64_t seed = random_();
-        children_[place] = std::make_unique<ChildProcess>(
-            [&] { return place < kWriters ? write(place, seed) : read(seed); });
+        children_[place] = std::make_unique<ChildProcess>([&]() noexcept -> int { // ends by what it throws
+            place < kWriters ? write(place, seed) : read(seed);
+            return 0;
+        });
     }
     void kill(std::size_t place) {
         children_[place]->signal(SIGKILL);
         ASSERT_EQ(children_[place]->wait(), 1000 + SIGKILL) << "process " << place << " ended by itself";
     }
 
-    // What the processes do; a result other than 0 tells at which check they failed.
+    // What the processes do.
 
-    int write(std::size_t writer, std::uint64_t seed) {
+    [[noreturn]] void write(std::size_t writer, std::uint64_t seed) {
         std::mt19937_64 random(seed);
         WriterLog& log = (*logs_)[writer];
         const std::uint64_t base = writer * kKeysEach;
         const TestCachePointer cache = openCache(name_);
-        if (cache == nullptr) {
-            return 10;
+        demand(cache != nullptr, "no cache for a writer");
+        resolve(log, *cache, base);
+        for (;;) {
+            change(log, *cache, base, random);
         }
-        int result = resolve(log, *cache, base);
-        while (result == 0) {
-            result = change(log, *cache, base, random);
-        }
-        return result;
     }
     /// Finds out whether the operation in which the writer before was killed took effect.
-    static int resolve(WriterLog& log, TestCache& cache, std::uint64_t base) {
+    static void resolve(WriterLog& log, TestCache& cache, std::uint64_t base) {
         const auto list = cache.getList();
-        if (!list->holdsSnapshot() || !log.agrees(*list, base)) {
-            return 12;
-        }
+        demand(list->holdsSnapshot() && log.agrees(*list, base), "what was written is lost");
         if (const std::uint64_t index = log.pending; index != 0) {
             log.returned[index - 1] = traceOf(list->find(keyOf(base + index - 1)));
             log.pending = 0;
         }
-        return 0;
     }
-    static int change(WriterLog& log, TestCache& cache, std::uint64_t base, std::mt19937_64& random) {
+    static void change(WriterLog& log, TestCache& cache, std::uint64_t base, std::mt19937_64& random) {
         const std::uint64_t index = random() % kKeysEach;
         const std::uint64_t version = ++log.version;
         const std::uint64_t size = random() % kLargest;
         const bool removes = random() % 4 == 0;
         log.intended = removes ? 0 : traceOf(version, size);
         log.pending = index + 1;
-        if ((removes ? cache.remove(keyOf(base + index)) : put(cache, base + index, version, size)) != 0) {
-            return 13;
-        }
+        demand((removes ? cache.remove(keyOf(base + index)) : put(cache, base + index, version, size)) == 0,
+               "a change failed");
         log.returned[index] = log.intended.load();
         log.pending = 0;
-        return 0;
     }
     /// Keeps a few lists open, each of which must stay as it was.
-    int read(std::uint64_t seed) {
+    [[noreturn]] void read(std::uint64_t seed) {
         std::mt19937_64 random(seed);
         const TestCachePointer cache = openCache(name_);
-        if (cache == nullptr) {
-            return 10;
-        }
+        demand(cache != nullptr, "no cache for a reader");
         std::deque<std::pair<boost::intrusive_ptr<TestCache::ValuesList>, std::optional<Content>>> held;
         for (;;) {
             const auto list = cache->getList();
             held.emplace_back(list, readList(*list));
-            if (!list->holdsSnapshot() || !held.back().second.has_value()) {
-                return 14;
-            }
+            demand(list->holdsSnapshot() && held.back().second.has_value(), "a list shows no whole values");
             if (held.size() > random() % 4) {
-                if (readList(*held.front().first) != held.front().second) {
-                    return 15;
-                }
+                demand(readList(*held.front().first) == held.front().second, "a list has changed");
                 held.pop_front();
             }
         }
