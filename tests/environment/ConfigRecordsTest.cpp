@@ -14,8 +14,7 @@ TEST(QoS, ParsesOneNumberOrTwo) {
     const struct {
         std::string text;
         int result;
-        std::int64_t barrier;
-        std::int64_t limit;
+        std::int64_t barrier, limit;
     } rows[] = {
         {"100", 0, 100, 100},   {"100:200", 0, 100, 200},
         {"-5:7", 0, -5, 7},     {"1 :2", 0, 1, 1},
@@ -46,10 +45,7 @@ TEST(QoS, WithoutBarrierEqualsEveryOneOfItsLimit) {
 
 TEST(IPAddress, KeepsDottedMasksAsPrefixLengthsAndSendsThemDotted) {
     const struct {
-        std::string address;
-        std::string mask;
-        std::string kept;
-        std::string sent;
+        std::string address, mask, kept, sent;
     } rows[] = {
         {"10.0.0.1", "255.255.255.0", "24", "255.255.255.0"},
         {"10.0.0.1", "24", "24", "255.255.255.0"},

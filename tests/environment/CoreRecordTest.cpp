@@ -33,10 +33,8 @@ std::string nameIn(HBXMessage* parsed) {
 }
 
 TEST(EnvStatus, AnswersPredicatesByState) {
-    const struct {
-        HBXEnvStatus status;
-        std::string answers; ///< absent existed down mounted suspended running repairing
-    } rows[] = {
+    // absent existed down mounted suspended running repairing
+    const std::pair<HBXEnvStatus, std::string> rows[] = {
         {{1, 0}, "1000000"}, {{1, 5}, "0000000"},  {{2, 0}, "0000000"}, {{3, 1}, "0110000"},
         {{4, 0}, "0101000"}, {{5, 0}, "0101100"},  {{6, 0}, "0101010"}, {{7, 0}, "0101001"},
         {{8, 0}, "0101000"}, {{-1, 0}, "0000000"},
@@ -53,14 +51,12 @@ TEST(EnvStatus, AnswersPredicatesByState) {
 }
 
 TEST(LimitedLengthString, CutsAndPads) {
-    const struct {
-        std::string text;
-        std::string kept;
-    } rows[] = {{"abc", "abc"}, {"abcd", "abcd"}, {"abcde", "abcd"}, {{"a\0b", 3}, "a"}};
-    for (const auto& row : rows) {
-        const limited_length_string<4, char> value(row.text);
-        EXPECT_EQ(value.str(), row.kept);
-        EXPECT_EQ(std::memcmp(&value, (row.kept + std::string(4, '\0')).data(), 4), 0);
+    const std::pair<std::string, std::string> rows[] = {
+        {"abc", "abc"}, {"abcd", "abcd"}, {"abcde", "abcd"}, {{"a\0b", 3}, "a"}};
+    for (const auto& [text, kept] : rows) {
+        const limited_length_string<4, char> value(text);
+        EXPECT_EQ(value.str(), kept);
+        EXPECT_EQ(std::memcmp(&value, (kept + std::string(4, '\0')).data(), 4), 0);
     }
     const limited_length_string<4, char> a("a\xff");
     EXPECT_LT((limited_length_string<4, char>("az")), a) << "as unsigned bytes";
@@ -112,19 +108,17 @@ TEST(CoreRecord, IsMadeOfPartsOfOthers) {
 }
 
 TEST(CoreRecord, TakesTheConfigurationOutAsFarAsItsOwnLength) {
-    const struct {
-        std::size_t config, virtualConfig;
-        std::string left;
-    } rows[] = {{2, 4, "CDCD"}, {4, 2, "EF"}, {0, 3, "ABC"}, {3, 0, ""}};
-    for (const auto& row : rows) {
+    const std::tuple<std::size_t, std::size_t, std::string> rows[] = {
+        {2, 4, "CDCD"}, {4, 2, "EF"}, {0, 3, "ABC"}, {3, 0, ""}};
+    for (const auto& [config, virtualConfig, left] : rows) {
         // Sizes set by hand over the bytes of a record that is large enough.
         const Core record = coreOf("<name>" + std::string(64, 'x') + "</name>");
         std::memcpy(reinterpret_cast<char*>(record.get()) + 104, "ABCDEFGHIJKLMNOP", 16);
-        record->configSize = row.config;
-        record->virtualConfigSize = row.virtualConfig;
+        record->configSize = config;
+        record->virtualConfigSize = virtualConfig;
         record->resetConfigData();
-        EXPECT_EQ(record->virtualConfigBytes(), row.left);
-        EXPECT_EQ(record->length(), 112 + row.virtualConfig);
+        EXPECT_EQ(record->virtualConfigBytes(), left);
+        EXPECT_EQ(record->length(), 112 + virtualConfig);
         record->resetVirtualConfigData();
         EXPECT_EQ(record->length(), 112U);
     }
@@ -133,10 +127,8 @@ TEST(CoreRecord, TakesTheConfigurationOutAsFarAsItsOwnLength) {
 TEST(CoreRecord, LengthIsCheckedBeforeItIsBelieved) {
     constexpr std::uint64_t kHuge = std::numeric_limits<std::uint64_t>::max();
     const struct {
-        std::uint64_t config;
-        std::uint64_t virtualConfig;
-        std::size_t available;
-        std::size_t length;
+        std::uint64_t config, virtualConfig;
+        std::size_t available, length;
     } rows[] = {
         {0, 0, 112, 112},   {0, 0, 111, 0},     {0, 0, 0, 0},           {10, 20, 141, 0}, {10, 20, 500, 142},
         {kHuge, 2, 500, 0}, {0, kHuge, 500, 0}, {2, kHuge - 1, 500, 0}, {389, 0, 500, 0}, {388, 0, 500, 500},
