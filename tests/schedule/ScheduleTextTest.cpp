@@ -9,9 +9,7 @@ namespace {
 
 TEST(ScheduleText, SaysWhatATriggerDoesOrWhyNothing) {
     setZone("UTC");
-    const struct {
-        const char *trigger, *words;
-    } rows[] = {
+    const std::pair<const char*, std::string> rows[] = {
         {"days 2", "Every 2 days"},
         {"days 24856", "Every 24856 days (wrapped to 32 bits of seconds)"},
         {"workdays", "Every Monday to Friday"},
@@ -25,10 +23,9 @@ TEST(ScheduleText, SaysWhatATriggerDoesOrWhyNothing) {
         {"months 1 -", "Never: no month is given."},
         {"weekdays 1 6", "Never: no week of a month is given."},
     };
-    for (const auto& row : rows) {
-        const Trigger trigger = triggerOf(row.trigger);
+    for (const auto& [text, words] : rows) {
+        const Trigger trigger = triggerOf(text);
         trigger->startTime = utc("2024-01-01 10:00");
-        const std::string words = row.words;
         EXPECT_EQ(describeTrigger(*trigger),
                   words.back() == '.' ? words : words + " at 10:00, from Monday 2024-01-01 10:00 +00:00.");
     }
