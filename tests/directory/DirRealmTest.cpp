@@ -21,12 +21,7 @@ HBXDirRealm corporate() {
 }
 
 TEST(DirRealm, IsValidWhenThePrincipalsLieBelowTheBase) {
-    const struct {
-        std::string server;
-        int port;
-        std::string base, principals;
-        bool valid;
-    } rows[] = {
+    const std::tuple<const char*, int, const char*, const char*, bool> rows[] = {
         {"s", 389, "DC=Corp", "ou=users,dc=corp", true},
         {"s", 389, "DC=Corp", "dc=corp,dc=other", false},
         {"s", 389, "DC=Corp", "c=corp", false},
@@ -35,16 +30,16 @@ TEST(DirRealm, IsValidWhenThePrincipalsLieBelowTheBase) {
         {"s", 0, "", "", false},
         {"", 389, "", "", false},
     };
-    for (const auto& row : rows) {
+    for (const auto& [server, port, base, principals, valid] : rows) {
         HBXDirRealm realm;
-        realm.server = row.server;
-        realm.port = row.port;
-        realm.baseDn = row.base;
-        realm.principalsDn = row.principals;
-        EXPECT_EQ(realm.isValid(), row.valid) << row.base << ' ' << row.principals;
+        realm.server = server;
+        realm.port = port;
+        realm.baseDn = base;
+        realm.principalsDn = principals;
+        EXPECT_EQ(realm.isValid(), valid) << base << ' ' << principals;
         const Cursor it = newCursor();
-        EXPECT_EQ(it->putObject(realm, 0), row.valid ? 0 : -1);
-        EXPECT_EQ(it->firstChild() == 0, row.valid) << "an invalid one writes nothing";
+        EXPECT_EQ(it->putObject(realm, 0), valid ? 0 : -1);
+        EXPECT_EQ(it->firstChild() == 0, valid) << "an invalid one writes nothing";
     }
 }
 
