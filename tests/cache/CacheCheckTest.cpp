@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <set>
 
-
 namespace HBX::test {
 namespace {
 
@@ -52,9 +51,8 @@ TEST_F(CacheCheckTest, CountsWhatIsHeldAndNotesWhatDiedHoldingIt) {
               0);
     const HBXCacheFindings died = check(name_);
     EXPECT_FALSE(died.isDamaged());
-    EXPECT_TRUE(std::any_of(died.list.begin(), died.list.end(), [](const HBXCacheFinding& finding) {
-        return finding.inLockFile && finding.what == "lists of a process that has ended are noted";
-    }));
+    EXPECT_TRUE(died.list.at(0).inLockFile);
+    EXPECT_EQ(died.list[0].what, "lists of a process that has ended are noted");
     EXPECT_NE(open(), nullptr);
     EXPECT_TRUE(check(name_).list.empty());
 }

@@ -11,8 +11,7 @@ namespace HBX::test {
 
 /// What a cache may hold when an operation was cut short.
 struct Expected {
-    Content before;
-    Content after;
+    Content before, after;
 };
 
 /// A cache in a folder of its own with everybody who uses it: this process, the bystander; one that is about
@@ -69,11 +68,8 @@ public:
     }
     /// Whether somebody has the lock in the state that the last call saw.
     bool isLocked() const {
-        pthread_mutex_t mutex{};
-        if (lock_.bytes.size() >= sizeof(Sidecar)) {
-            std::memcpy(&mutex, lock_.bytes.data() + offsetof(Sidecar, mutex), sizeof mutex);
-        }
-        return mutex.__data.__lock != 0;
+        return lock_.bytes.size() >= sizeof(Sidecar) &&
+               reinterpret_cast<const Sidecar*>(lock_.bytes.data())->mutex.__data.__lock != 0;
     }
 
     // Checks; they throw what is wrong.
