@@ -1,5 +1,7 @@
 #include "ScheduleTestUtil.h"
 
+#include <array>
+
 #include <gtest/gtest.h>
 
 #include <HBXFunctionalityCore/schedule/HBXScheduleText.h>
@@ -41,9 +43,7 @@ TEST(ScheduleText, SaysMoments) {
 
 TEST(ScheduleText, SaysHowARunDepartsFromTheRule) {
     setZone("Europe/Berlin");
-    const struct {
-        const char *start, *previous, *run, *note;
-    } rows[] = {
+    const std::array<std::string, 4> rows[] = {
         {"2024-03-29 09:00", "2024-03-30 09:00", "2024-03-31 09:00",
          "at 11:00, 1 hour later than 10:00 and the clock was set 1 hour forward since the run before"},
         {"2024-03-29 09:00", "2024-03-31 09:00", "2024-04-01 09:00", "at 11:00, 1 hour later than 10:00"},
@@ -51,10 +51,10 @@ TEST(ScheduleText, SaysHowARunDepartsFromTheRule) {
          "the clock was set 1 hour back since the run before"},
         {"2024-10-25 22:30", "2024-10-28 22:30", "2024-10-29 22:30", "at 23:30, 1 hour earlier than 00:30"},
     };
-    for (const auto& row : rows) {
-        const HBXSchedulerDailyTrigger trigger(utc(row.start), -1);
-        EXPECT_EQ(clockChangeNote(trigger, utc(row.run), utc(row.previous)), row.note) << row.run;
-        EXPECT_EQ(clockChangeNote(trigger, -1, utc(row.previous)), "");
+    for (const auto& [start, previous, run, note] : rows) {
+        const HBXSchedulerDailyTrigger trigger(utc(start), -1);
+        EXPECT_EQ(clockChangeNote(trigger, utc(run), utc(previous)), note) << run;
+        EXPECT_EQ(clockChangeNote(trigger, -1, utc(previous)), "");
     }
 }
 
