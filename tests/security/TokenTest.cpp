@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <stdexcept>
 #include <thread>
 
@@ -72,19 +73,17 @@ TEST(Token, TheAgentIsAlwaysAnAdministratorAnEmptyIdentifierNever) {
 
 TEST(Token, RestrictionOnlyTakesAway) {
     const HBXToken full = token("S-1-1", {"S-1-2", "S-1-3"});
-    const struct {
-        HBXToken token, other, left;
-    } rows[] = {
+    const std::array<HBXToken, 3> rows[] = {
         {full, full, full},
         {full, token("S-1-3", {"S-1-1"}), token("S-1-1", {"S-1-3"}, {"S-1-2"})},
         {full, token("S-1-4", {"S-1-3"}), token("S-1-5-7", {"S-1-3"}, {"S-1-2", "S-1-1"})},
         {token("S-1-1", {"S-1-3"}, {"S-1-2"}), token("S-1-1"), token("S-1-1", {}, {"S-1-2", "S-1-3"})},
         {token(""), token("S-1-5-32-544", {"S-1-2"}), token("S-1-5-7")},
     };
-    for (const auto& row : rows) {
-        HBXToken left = row.token;
-        EXPECT_EQ(left.restrict(row.other), 0);
-        EXPECT_EQ(left, row.left) << &row - rows;
+    for (const auto& [before, other, after] : rows) {
+        HBXToken left = before;
+        EXPECT_EQ(left.restrict(other), 0);
+        EXPECT_EQ(left, after);
     }
     HBXToken same = full;
     EXPECT_EQ(same.restrict(same), 0);
