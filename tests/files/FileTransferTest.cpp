@@ -19,8 +19,7 @@ namespace {
 /// What the next calls of one function meet.
 struct Fault {
     std::string call;
-    int times = 0;
-    int error = 0;
+    int times = 0, error = 0;
 } fault;
 
 bool faultIsDue(const char* call) {
@@ -68,10 +67,7 @@ int close(int descriptor) {
 namespace HBX::test {
 namespace {
 
-std::size_t openFiles() {
-    const std::filesystem::directory_iterator entries("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
+std::ptrdiff_t openFiles() { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); }
 
 /// Leaves no fault behind, and no open file.
 class FileTransfer : public testing::Test, protected ScratchFolder {
@@ -87,7 +83,7 @@ protected:
     }
 
 private:
-    std::size_t filesBefore_ = openFiles();
+    std::ptrdiff_t filesBefore_ = openFiles();
 };
 
 std::string pattern(std::size_t size) {
@@ -265,10 +261,7 @@ TEST_F(FileTransfer, ReasonsOfFailedDownloads) {
 TEST_F(FileTransfer, AFileThatIsOpenIsNotOpenedAgain) {
     HBXFile file;
     std::int64_t remaining = -1;
-    fault = {"lseek", 1, ESPIPE};
-    EXPECT_EQ(file.openRead(write("one", pattern(10)), 1, &remaining), -1);
-    EXPECT_FALSE(file.isOpened());
-    ASSERT_EQ(file.openRead(path("one"), 0, &remaining), 0);
+    ASSERT_EQ(file.openRead(write("one", pattern(10)), 0, &remaining), 0);
     ASSERT_EQ(file.openRead(path("two"), 4, &remaining), 0) << "goes on with the file that it has";
     EXPECT_EQ(remaining, 6);
     HBXFile other(std::move(file));
