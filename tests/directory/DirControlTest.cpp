@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <HBXFunctionalityCore/directory/HBXDirControl.h>
-#include <HBXFunctionalityCore/directory/HBXDirEntry.h>
-#include <HBXFunctionalityCore/directory/HBXDirMod.h>
 
 #include "support/TextMessage.h"
 
@@ -25,17 +23,6 @@ TEST(DirControl, UnknownKindsAreCarriedOnAsPlainOnes) {
         ASSERT_EQ(on->getObject(back, 0), 0);
         EXPECT_EQ(back, list) << marks;
     }
-}
-
-TEST(DirMod, TravelsAsTheProperty) {
-    HBXDirMod mod("mail"), back;
-    mod.operation = 2;
-    mod.get() = {"a@example", "b@example"};
-    HBXDirEntry entry;
-    entry.attributes = {mod};
-    const Cursor it = newCursor();
-    EXPECT_EQ(it->putObject(entry, 0), 0);
-    EXPECT_TRUE(it->getObject(back, 1918) == 0 && back == mod);
 }
 
 } // namespace
