@@ -106,7 +106,6 @@ public:
             demand(readList(*held.list) == held.content,
                    "a list shows something else than when it was opened");
         }
-        audit(bystander_);
         const Content present = *bystander_.read();
         bystander_.put(99, 1, 100);
         bystander_.remove(99);
