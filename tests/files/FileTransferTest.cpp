@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <dlfcn.h>
-#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -115,13 +114,7 @@ std::string piecesOf(HBXFileUploadInfo& file, int limit, std::string& bytes) {
 }
 
 TEST_F(FileTransfer, UploadsInPiecesOfTheBuffer) {
-    const struct {
-        std::size_t held;
-        std::int64_t size, offset;
-        int limit;
-        std::string pieces;
-        std::int64_t sizeThen;
-    } rows[] = {
+    const std::tuple<std::size_t, std::int64_t, std::int64_t, int, std::string, std::int64_t> rows[] = {
         {100, -1, 0, 524288, "100 ", 100},
         {100, -1, 0, 30, "30 30 30 10 ", 100},
         {1048576, -1, 0, 2147483647, "524288 524288 ", 1048576},
@@ -130,18 +123,18 @@ TEST_F(FileTransfer, UploadsInPiecesOfTheBuffer) {
         {100, -1, 100, 100, "", 0},
         {100, -7, 0, 100, "", -7},
     };
-    for (const auto& row : rows) {
-        const std::string bytes = pattern(row.held);
-        HBXFileUploadFromFile file(write("source", bytes), "peer", row.size, row.offset);
+    for (const auto& [held, size, offset, limit, pieces, sizeThen] : rows) {
+        const std::string bytes = pattern(held);
+        HBXFileUploadFromFile file(write("source", bytes), "peer", size, offset);
         std::string read;
         ASSERT_EQ(file.start(), 0) << getErrorMessage();
-        EXPECT_EQ(file.size, row.sizeThen);
+        EXPECT_EQ(file.size, sizeThen);
         fault = {"read", 3, EINTR}; // signals interrupt nothing
-        EXPECT_EQ(piecesOf(file, row.limit, read), row.pieces) << row.held;
+        EXPECT_EQ(piecesOf(file, limit, read), pieces) << held;
         EXPECT_EQ(getErrorMessage(), "Cannot read from file \"" + path("source") + "\": Success [0]");
-        EXPECT_EQ(read, row.pieces.empty() ? "" : bytes.substr(static_cast<std::size_t>(row.offset)));
+        EXPECT_EQ(read, pieces.empty() ? "" : bytes.substr(static_cast<std::size_t>(offset)));
         ASSERT_EQ(file.start(), 0) << "a second start begins anew";
-        EXPECT_EQ(piecesOf(file, row.limit, read), row.pieces);
+        EXPECT_EQ(piecesOf(file, limit, read), pieces);
         file.finish();
     }
 }
