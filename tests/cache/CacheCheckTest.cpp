@@ -65,12 +65,7 @@ TEST_F(CacheCheckTest, SaysWhereTheDamageIs) {
     for (std::uint64_t i = 0; value == 0; ++i) { // entry 0 may be a removed one
         value = numberAt(good, snapshot + kSnapshotEntriesOffset + i * 24 + 16);
     }
-    const struct {
-        std::uint64_t at, number;
-        Severity severity;
-        std::uint64_t offset;
-        const char* what;
-    } rows[] = {
+    const std::tuple<std::uint64_t, std::uint64_t, Severity, std::uint64_t, const char*> rows[] = {
         {40, 0, Severity::Damage, 40, "there is no current snapshot"},
         {40, 4096, Severity::Damage, 4096, "an offset leads out of the heap"},
         {snapshot + 24, 0, Severity::Damage, snapshot, "the head of a snapshot is damaged"},
@@ -80,14 +75,14 @@ TEST_F(CacheCheckTest, SaysWhereTheDamageIs) {
         {0, 8192, Severity::Repairable, 0, "the heap ends elsewhere than the file"},
         {8, 64, Severity::Repairable, 0, "the number or the size of the used blocks is wrong"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [at, number, severity, offset, what] : rows) {
         writeFile(name_, good);
-        writeAt(name_, row.at, {reinterpret_cast<const char*>(&row.number), sizeof row.number});
+        writeAt(name_, at, {reinterpret_cast<const char*>(&number), sizeof number});
         const HBXCacheFindings findings = check(name_);
-        ASSERT_EQ(findings.list.size(), 1U) << row.what;
-        EXPECT_EQ(findings.list[0].severity, row.severity) << row.what;
-        EXPECT_EQ(findings.list[0].what, row.what);
-        EXPECT_EQ(findings.list[0].offset, row.offset) << row.what;
+        ASSERT_EQ(findings.list.size(), 1U) << what;
+        EXPECT_EQ(findings.list[0].severity, severity) << what;
+        EXPECT_EQ(findings.list[0].what, what);
+        EXPECT_EQ(findings.list[0].offset, offset) << what;
     }
 }
 

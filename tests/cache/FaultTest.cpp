@@ -55,6 +55,23 @@ TEST_F(FaultTest, WithoutRoomNothingChanges) {
     }
 }
 
+TEST_F(FaultTest, WhatTheDeadHeldIsUsedAgain) {
+    const TestCachePointer cache = open();
+    const auto leak = [&] {
+        static const auto leaked = cache->getList();
+        return leaked->holdsSnapshot() ? 0 : 1;
+    };
+    std::uintmax_t size = 0;
+    for (std::uint64_t round = 0; round < 30; ++round) {
+        for (std::uint64_t i = 0; i < 50; ++i) {
+            ASSERT_EQ(put(*cache, i, round, 1'000), 0);
+        }
+        size = round == 3 ? std::filesystem::file_size(name_) : size;
+        EXPECT_EQ(inChild(leak), 0);
+    }
+    EXPECT_EQ(std::filesystem::file_size(name_), size);
+}
+
 // --- operations that the system refuses ---
 
 TEST_F(FaultTest, WhatCannotBeMappedOrLockedGivesItsCode) {

@@ -85,7 +85,6 @@ public:
             ASSERT_TRUE((*logs_)[writer].agrees(*list, writer * kKeysEach)) << writer;
         }
     }
-    std::uint64_t fileSize() const { return std::filesystem::file_size(name_); }
 
 private:
     void start(std::size_t place) {
@@ -158,22 +157,24 @@ private:
     std::optional<std::uint64_t> generation_;
 };
 
+/// The states of the cache that are held at once, when a slow reader finds each changed from end to end: the
+/// current one, those of a reader's four lists, that of a writer's first list. What the dead held is taken
+/// back before a file grows; a growth is by a fifth. Values have half the largest size on average, and a
+/// quarter of the keys has none, which makes up for snapshots and for gaps.
+constexpr std::uint64_t kStates = 1 + 4 * kReaders + kWriters;
+constexpr std::uint64_t kLargestState = kWriters * kKeysEach * (TestValue::kFixedSize + kLargest);
+constexpr std::uint64_t kLargestFile = kStates * kLargestState * 6 / 5;
+
 class StormTest : public CacheTest {
 protected:
-    /// First without kills, which tells how large the file is when nothing goes wrong.
     void weather(int rounds, int killsEach) const {
         Storm storm(name_);
-        storm.startAll();
-        std::this_thread::sleep_for(std::chrono::milliseconds(700));
-        ASSERT_NO_FATAL_FAILURE(storm.killAll());
-        ASSERT_NO_FATAL_FAILURE(storm.expectQuietState());
-        const std::uint64_t quietSize = storm.fileSize();
         for (int round = 0; round < rounds; ++round) {
             storm.startAll();
             ASSERT_NO_FATAL_FAILURE(storm.rage(killsEach));
             ASSERT_NO_FATAL_FAILURE(storm.killAll());
             ASSERT_NO_FATAL_FAILURE(storm.expectQuietState()) << "round " << round;
-            ASSERT_LE(storm.fileSize(), 3 * quietSize) << "round " << round;
+            ASSERT_LE(std::filesystem::file_size(name_), kLargestFile) << "round " << round;
         }
     }
 };
