@@ -254,7 +254,10 @@ TEST_F(FileTransfer, ReasonsOfFailedDownloads) {
 TEST_F(FileTransfer, AFileThatIsOpenIsNotOpenedAgain) {
     HBXFile file;
     std::int64_t remaining = -1;
-    ASSERT_EQ(file.openRead(write("one", pattern(10)), 0, &remaining), 0);
+    fault = {"lseek", 1, ESPIPE};
+    EXPECT_EQ(file.openRead(write("one", pattern(10)), 1, &remaining), -1);
+    EXPECT_FALSE(file.isOpened());
+    ASSERT_EQ(file.openRead(path("one"), 0, &remaining), 0);
     ASSERT_EQ(file.openRead(path("two"), 4, &remaining), 0) << "goes on with the file that it has";
     EXPECT_EQ(remaining, 6);
     HBXFile other(std::move(file));
