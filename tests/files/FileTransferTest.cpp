@@ -189,11 +189,12 @@ TEST_F(FileTransfer, DownloadsWhereTheOffsetSays) {
         int flags;
         std::string then;
     } rows[] = {
-        {nullptr, 0, 0, "new"},           {nullptr, 2, 0, std::string("\0\0new", 5)},
-        {"old old", 0, 0, "old old"},     {"old old", -2, ~1, "old old"}, // every bit but the one that counts
-        {"old old", 0, 1, "new old"},                                     // the tail stays
-        {"old old", -1, 1, "old oldnew"}, {"old old", -2, 1, "new"},
-        {"old old", -3, 1, "new old"},    {"old old", 2, -1, "olnewld"},
+        // Of the flags one bit counts; behind what is written the old bytes stay.
+        {nullptr, 0, 0, "new"},        {nullptr, 2, 0, std::string("\0\0new", 5)},
+        {"old old", 0, 0, "old old"},  {"old old", -2, ~1, "old old"},
+        {"old old", 0, 1, "new old"},  {"old old", -1, 1, "old oldnew"},
+        {"old old", -2, 1, "new"},     {"old old", -3, 1, "new old"},
+        {"old old", 2, -1, "olnewld"},
     };
     for (const auto& row : rows) {
         std::filesystem::remove(target);
@@ -272,8 +273,8 @@ TEST_F(FileTransfer, AFileThatIsOpenIsNotOpenedAgain) {
 
 TEST_F(FileTransfer, InMemoryBytesAreHandedOutWholeAndChecked) {
     const std::string zeros("a\0b", 3);
+    // What has no bytes then is refused.
     const std::tuple<std::int64_t, const char*, std::string> rows[] = {
-        // no bytes: refused
         {-1, "abc", "abc"}, {3, zeros.data(), zeros}, {2, "abc", "ab"},
         {-2, "abc", ""},    {-1, nullptr, ""},        {2147483648, nullptr, ""},
     };
