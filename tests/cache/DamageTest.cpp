@@ -76,9 +76,10 @@ private:
     void change(std::string& content, std::size_t begin, std::size_t end) {
         for (std::uint64_t i = 1 + below(below(2) == 0 ? 2 : 30); i > 0; --i) {
             char& byte = content[begin + below(end - begin)];
-            const std::uint64_t values[] = {random_(), static_cast<std::uint64_t>(byte) ^ 1U << below(8),
-                                            below(3) - 1};
-            byte = static_cast<char>(values[below(3)]);
+            const std::uint64_t kind = below(3);
+            byte = kind == 0   ? static_cast<char>(random_())
+                   : kind == 1 ? static_cast<char>(byte ^ 1U << below(8))
+                               : static_cast<char>(below(3) - 1);
         }
     }
     void changeStored(const std::string& path, std::size_t begin, std::size_t end) {

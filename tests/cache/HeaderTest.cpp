@@ -66,7 +66,6 @@ TEST_F(HeaderTest, SomeFieldsAreNotValidated) {
 TEST(CacheSizesTest, FilesGrowByAFifthOrFiveTimesTheRequest) {
     EXPECT_EQ(internal::initialFileSize(16384), 16384U);
     EXPECT_EQ(internal::initialFileSize(1024), 3072U);
-    EXPECT_EQ(internal::grownFileSize(4096, 112, kPage), 8192U);
     EXPECT_EQ(internal::grownFileSize(4096, 5112, kPage), 32768U);
     EXPECT_EQ(internal::grownFileSize(40960, 624, kPage), 49152U);
 }
