@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <random>
 
-#include <HBXCommon/HBXLog.h>
 #include <HBXFunctionalityCore/backup/HBXBackupMBase.h>
 #include <HBXFunctionalityCore/backup/HBXBackupURI.h>
 #include <HBXMessage/HBXRecordSample.h>
+
+#include "support/CapturedLog.h"
 
 namespace HBX::test {
 namespace {
@@ -20,28 +21,24 @@ HBXDSLocation sampleStorage() {
 }
 
 TEST(Uri, IsSplitAtTheFirstMark) {
-    const struct {
-        std::string text, type, path;
-        bool isValid;
-    } rows[] = {{"backup://a/b", "backup", "a/b", true},
-                {"a+b-c.9://x://y", "a+b-c.9", "x://y", true},
-                {"://x", "", "x", false},
-                {"backup:/a/b", "", "", false},
-                {"b\xC3\xA4://x", "b\xC3\xA4", "x", false}};
-    for (const auto& row : rows) {
+    const std::tuple<std::string, std::string, std::string, bool> rows[] = {
+        {"backup://a/b", "backup", "a/b", true},
+        {"a+b-c.9://x://y", "a+b-c.9", "x://y", true},
+        {"://x", "", "x", false},
+        {"backup:/a/b", "", "", false},
+        {"b\xC3\xA4://x", "b\xC3\xA4", "x", false}};
+    for (const auto& [text, type, path, isValid] : rows) {
         HBXURI uri("other://path");
-        uri.uri(row.text);
-        EXPECT_EQ(uri.type(), row.type) << row.text;
-        EXPECT_EQ(uri.path(), row.path) << row.text;
-        EXPECT_EQ(uri.isValid(), row.isValid) << row.text;
-        EXPECT_TRUE(!row.isValid || uri.uri() == row.text);
+        uri.uri(text);
+        EXPECT_EQ(uri.type(), type) << text;
+        EXPECT_EQ(uri.path(), path) << text;
+        EXPECT_EQ(uri.isValid(), isValid) << text;
+        EXPECT_TRUE(!isValid || uri.uri() == text);
     }
 }
 
 TEST(BackupUri, AnIdentifierRunsToTheSecondSeparator) {
-    const struct {
-        std::string text, id, path;
-    } rows[] = {
+    const std::tuple<std::string, std::string, std::string> rows[] = {
         {"backup://a/b/c", "a/b", "c"},
         {"backup://a/b/", "a/b", ""},
         {"backup://a/b\\c/d", "a/b", "c/d"},
@@ -54,11 +51,11 @@ TEST(BackupUri, AnIdentifierRunsToTheSecondSeparator) {
         {"Backup://a/b", "", ""},
         {"backup://a/b://c/d", "a/b:", "/c/d"},
     };
-    for (const auto& row : rows) {
-        const HBXBackupURI reference(row.text);
-        EXPECT_EQ(reference.id(), row.id) << row.text;
-        EXPECT_EQ(reference.path(), row.path) << row.text;
-        EXPECT_EQ(reference.isValid(), !row.id.empty()) << row.text;
+    for (const auto& [text, id, path] : rows) {
+        const HBXBackupURI reference(text);
+        EXPECT_EQ(reference.id(), id) << text;
+        EXPECT_EQ(reference.path(), path) << text;
+        EXPECT_EQ(reference.isValid(), !id.empty()) << text;
         EXPECT_EQ(reference.storage(), nullptr);
     }
 }
@@ -108,7 +105,7 @@ TEST(BackupUri, DamagedStorageLeavesItEmptyWithALine) {
     const std::string digits = digitsOf(referenceIn(sampleStorage()));
     ASSERT_EQ(digits.substr(digits.size() - 2), "65") << "the end of the server's name";
     const std::string allButOne = digits.substr(0, digits.size() - 1);
-    const std::string noMessage = "1 HBX::decode decode binary\n";
+    const std::string noMessage = "1 decode binary\n";
     struct Row {
         std::string path, log;
         std::string server = ""; ///< "": it stays empty
@@ -116,8 +113,7 @@ TEST(BackupUri, DamagedStorageLeavesItEmptyWithALine) {
     std::vector<Row> rows = {
         {digits.substr(0, 20) + "zz" + digits.substr(22) + "&a/b", noMessage},
         {"0x" + digits + "&a/b", noMessage},
-        {"4842584d0100000003000000000002&a/b",
-         "1 HBX::decode parse object\n"}, // a message without a location
+        {"4842584d0100000003000000000002&a/b", "1 parse object\n"}, // a message without a location
         {digits + "&a", ""},
         {digits + "zz00&a/b", "", "node-02.example"},   // up to the first that is no digit
         {allButOne + "&a/b", "", "node-02.exampl\x06"}, // one digit is a byte too
@@ -126,18 +122,13 @@ TEST(BackupUri, DamagedStorageLeavesItEmptyWithALine) {
     for (std::size_t length = 0; length + 1 < digits.size(); ++length) {
         rows.push_back({digits.substr(0, length) + "&a/b", noMessage});
     }
-    std::string log;
-    const HBXLogSink sink = setLogSink([&](const HBXLogLine& line) {
-        log += std::to_string(line.level) + ' ' + line.place.function + ' ' + std::string(line.text) + '\n';
-    });
+    CapturedLog log;
     for (const Row& row : rows) {
-        log.clear();
         const HBXBackupURI back("backup://" + row.path);
-        EXPECT_EQ(log, row.log) << row.path;
+        EXPECT_EQ(log.take(), row.log) << row.path;
         EXPECT_EQ(back.isValid(), !row.server.empty()) << row.path;
         EXPECT_EQ(back.storage() == nullptr ? "" : back.storage()->server.get(), row.server) << row.path;
     }
-    setLogSink(sink);
 }
 
 TEST(BackupTypes, HaveNames) {

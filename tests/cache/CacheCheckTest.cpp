@@ -5,8 +5,6 @@
 #include <cerrno>
 #include <set>
 
-#include <HBXCore/HBXCacheCheck.h>
-
 namespace HBX::test {
 namespace {
 
@@ -53,28 +51,21 @@ TEST_F(CacheCheckTest, CountsWhatIsHeldAndNotesWhatDiedHoldingIt) {
               0);
     const HBXCacheFindings died = check(name_);
     EXPECT_FALSE(died.isDamaged());
-    EXPECT_TRUE(std::any_of(died.list.begin(), died.list.end(), [](const HBXCacheFinding& finding) {
-        return finding.inLockFile && finding.what == "lists of a process that has ended are noted";
-    }));
+    EXPECT_TRUE(died.list.at(0).inLockFile);
+    EXPECT_EQ(died.list[0].what, "lists of a process that has ended are noted");
     EXPECT_NE(open(), nullptr);
     EXPECT_TRUE(check(name_).list.empty());
 }
 
 TEST_F(CacheCheckTest, SaysWhereTheDamageIs) {
     build(8, 20);
-    const std::string good = readFile(name_);
+    const std::string good = contentOf(name_);
     const std::uint64_t snapshot = numberAt(good, offsetof(HBXCacheHead, snapshot));
     std::uint64_t value = 0;
     for (std::uint64_t i = 0; value == 0; ++i) { // entry 0 may be a removed one
         value = numberAt(good, snapshot + kSnapshotEntriesOffset + i * 24 + 16);
     }
-    const struct {
-        std::uint64_t at;
-        std::uint64_t number;
-        Severity severity;
-        std::uint64_t offset;
-        const char* what;
-    } rows[] = {
+    const std::tuple<std::uint64_t, std::uint64_t, Severity, std::uint64_t, const char*> rows[] = {
         {40, 0, Severity::Damage, 40, "there is no current snapshot"},
         {40, 4096, Severity::Damage, 4096, "an offset leads out of the heap"},
         {snapshot + 24, 0, Severity::Damage, snapshot, "the head of a snapshot is damaged"},
@@ -84,14 +75,14 @@ TEST_F(CacheCheckTest, SaysWhereTheDamageIs) {
         {0, 8192, Severity::Repairable, 0, "the heap ends elsewhere than the file"},
         {8, 64, Severity::Repairable, 0, "the number or the size of the used blocks is wrong"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [at, number, severity, offset, what] : rows) {
         writeFile(name_, good);
-        writeAt(name_, row.at, {reinterpret_cast<const char*>(&row.number), sizeof row.number});
+        writeAt(name_, at, {reinterpret_cast<const char*>(&number), sizeof number});
         const HBXCacheFindings findings = check(name_);
-        ASSERT_EQ(findings.list.size(), 1U) << row.what;
-        EXPECT_EQ(findings.list[0].severity, row.severity) << row.what;
-        EXPECT_EQ(findings.list[0].what, row.what);
-        EXPECT_EQ(findings.list[0].offset, row.offset) << row.what;
+        ASSERT_EQ(findings.list.size(), 1U) << what;
+        EXPECT_EQ(findings.list[0].severity, severity) << what;
+        EXPECT_EQ(findings.list[0].what, what);
+        EXPECT_EQ(findings.list[0].offset, offset) << what;
     }
 }
 
@@ -99,12 +90,8 @@ TEST_F(CacheCheckTest, ReadsTheLockFileToo) {
     using internal::SidecarHead;
     build(8, 20);
     const std::string lock = name_ + ".lock";
-    const std::string good = readFile(lock);
-    const struct {
-        std::set<std::size_t> changed;
-        bool damage;
-        const char* what;
-    } rows[] = {
+    const std::string good = contentOf(lock);
+    const std::tuple<std::set<std::size_t>, bool, const char*> rows[] = {
         {{offsetof(SidecarHead, magic)}, true, "this is no lock file, and no process will use it as one"},
         {{offsetof(SidecarHead, bootId)}, false, ""}, // closed in good order before the system went down
         {{offsetof(SidecarHead, bootId), offsetof(SidecarHead, clean)},
@@ -113,15 +100,15 @@ TEST_F(CacheCheckTest, ReadsTheLockFileToo) {
         {{offsetof(SidecarHead, rebuild)}, false, "a change was cut short"},
         {{offsetof(SidecarHead, inode)}, false, ""}, // of another file
     };
-    for (const auto& row : rows) {
+    for (const auto& [changed, damage, what] : rows) {
         std::string other = good;
-        for (const std::size_t offset : row.changed) {
+        for (const std::size_t offset : changed) {
             other[offset] = static_cast<char>(other[offset] ^ 1);
         }
         writeFile(lock, other);
         const HBXCacheFindings findings = check(name_);
-        EXPECT_EQ(findings.list.empty() ? "" : findings.list[0].what, row.what);
-        EXPECT_EQ(findings.isDamaged(), row.damage) << row.what;
+        EXPECT_EQ(findings.list.empty() ? "" : findings.list[0].what, what);
+        EXPECT_EQ(findings.isDamaged(), damage) << what;
     }
 }
 
@@ -152,15 +139,12 @@ TEST_F(CacheCheckTest, NeverCallsDamageWhatAnotherProcessIsChanging) {
 
 TEST_F(CacheCheckTest, TellsCachesFromOtherFiles) {
     build(8, 20);
-    const std::string good = readFile(name_);
+    const std::string good = contentOf(name_);
     std::string threeKnown = good;
     threeKnown[49] = threeKnown[57] = 0;
     std::string twoKnown = threeKnown;
     twoKnown[65] = 0;
-    const struct {
-        std::string content;
-        HBXCacheFileKind kind;
-    } rows[] = {
+    const std::pair<std::string, HBXCacheFileKind> rows[] = {
         {"", HBXCacheFileKind::Empty},
         {std::string(4096, '\0'), HBXCacheFileKind::Empty},
         {std::string(200'000, '\0'), HBXCacheFileKind::Other},
@@ -171,12 +155,12 @@ TEST_F(CacheCheckTest, TellsCachesFromOtherFiles) {
         {twoKnown, HBXCacheFileKind::Other},
     };
     HBXCacheFileKind kind{};
-    for (const auto& row : rows) {
-        const std::string path = write("file", row.content);
+    for (const auto& [content, expected] : rows) {
+        const std::string path = write("file", content);
         ASSERT_EQ(recogniseCacheFile(path, TestCache::kFormat, kind), 0);
-        EXPECT_EQ(kind, row.kind);
-        EXPECT_EQ(check(path).kind, row.kind);
-        EXPECT_EQ(readFile(path), row.content);
+        EXPECT_EQ(kind, expected);
+        EXPECT_EQ(check(path).kind, expected);
+        EXPECT_EQ(contentOf(path), content);
     }
     ASSERT_EQ(recogniseCacheFile(path("none"), TestCache::kFormat, kind), 0);
     EXPECT_EQ(kind, HBXCacheFileKind::Missing);

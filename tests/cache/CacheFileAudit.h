@@ -1,26 +1,21 @@
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
-#include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include <HBXCommon/HBXErrorMessage.h>
+#include <HBXCore/HBXCacheCheck.h>
 #include <HBXCore/HBXCacheLogic.h>
-#include <HBXCore/internal/CacheAudit.h>
 #include <HBXCore/internal/Sidecar.h>
 
 #include <unistd.h>
 
-namespace HBX::test {
+#include "support/ScratchFolder.h"
 
-inline std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    std::string content(file ? static_cast<std::size_t>(file.tellg()) : 0, '\0');
-    file.seekg(0).read(content.data(), static_cast<std::streamsize>(content.size()));
-    return content;
-}
+namespace HBX::test {
 
 /// Overwrites what the file holds, without making it a new one.
 inline void writeFile(const std::string& path, const std::string& content) {
@@ -47,40 +42,23 @@ inline std::uint64_t numberAt(const std::string& content, std::size_t offset) {
 /// this process stands in its tables.
 /// @return what is wrong, empty when nothing is.
 inline std::string auditFile(const std::string& name, const HBXCacheFormat& format) {
-    std::string content = readFile(name);
-    const std::string lockFile = readFile(name + ".lock");
-    if (content.size() < kCacheMinimumSize || lockFile.size() < sizeof(internal::Sidecar)) {
-        return "a file is too short";
+    HBXCacheFindings findings;
+    if (checkCacheFile(name, format, findings) != 0) {
+        return getErrorMessage();
     }
+    if (!findings.list.empty()) {
+        return std::to_string(findings.list[0].offset) + ": " + findings.list[0].what;
+    }
+    const std::string lockFile = contentOf(name + ".lock");
     const auto& tables = *reinterpret_cast<const internal::Sidecar*>(lockFile.data());
-    if (tables.head.fileSize / 16 != content.size() / 16) {
+    if (lockFile.size() < sizeof tables || tables.head.fileSize / 16 != findings.fileSize / 16) {
         return "the noted size is not the file's";
     }
-    for (const internal::SidecarAttachment& process : tables.attachments) {
-        if (process.inUse != 0 && process.pid != static_cast<std::uint32_t>(getpid())) {
-            return "a dead process is still attached";
-        }
-    }
-    std::map<std::uint64_t, std::uint32_t> counts{{numberAt(content, offsetof(HBXCacheHead, snapshot)), 1}};
-    for (const internal::SidecarPin& pin : tables.pins) {
-        if (!pin.holder.isFree() && tables.attachments[pin.holder.attachment() - 1].inUse == 0) {
-            return "a dead process still holds a snapshot";
-        }
-        if (!pin.holder.isFree() && pin.generation == tables.head.generation) {
-            counts[pin.snapshot] += pin.holder.references();
-        }
-    }
-    std::vector<internal::CacheRoot> roots;
-    for (const auto& [offset, references] : counts) {
-        roots.push_back({offset, references});
-    }
-    try {
-        const internal::CacheView view(content.data(), content.size() / 16 * 16, format);
-        internal::CacheAudit(content.data(), view, roots).check();
-    } catch (const internal::CacheDamage& damage) {
-        return std::to_string(damage.offset) + ": " + damage.what;
-    }
-    return "";
+    const bool isAlone =
+        std::all_of(std::begin(tables.attachments), std::end(tables.attachments), [](const auto& process) {
+            return process.inUse == 0 || process.pid == static_cast<std::uint32_t>(getpid());
+        });
+    return isAlone ? "" : "a dead process is still attached";
 }
 
 } // namespace HBX::test

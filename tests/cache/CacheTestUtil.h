@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,6 +23,13 @@
 #include "ThreadSanitizer.h"
 
 namespace HBX::test {
+
+/// Throws what is wrong.
+inline void demand(bool success, const std::string& what) {
+    if (!success) {
+        throw std::runtime_error(what);
+    }
+}
 
 /// A value whose bytes tell whether it is whole: all of them follow from key, version and size.
 struct TestValue {
@@ -75,10 +82,7 @@ private:
 
 /// What a test wants to go wrong.
 struct Wishes {
-    bool failMap = false;
-    bool failRemap = false;
-    bool failLock = false;
-    bool failGrow = false;
+    std::string fails;                         ///< "map", "remap" or "lock".
     bool stopOnce = false;                     ///< The process, in the middle of storing a value.
     std::size_t reservation = ~std::size_t{0}; ///< At most so many bytes.
     std::chrono::milliseconds patience = std::chrono::seconds(60);
@@ -93,16 +97,17 @@ public:
         : HBXMappedMemoryManager(std::move(name), std::min(reservation, wishes.reservation),
                                  wishes.patience) {}
 
-    int map(std::size_t size) override { return wishes.failMap ? -1 : HBXMappedMemoryManager::map(size); }
+    int map(std::size_t size) override {
+        return wishes.fails == "map" ? -1 : HBXMappedMemoryManager::map(size);
+    }
     int remap(std::size_t size, const HBXMappedMemoryManager& previous) override {
-        return wishes.failRemap ? -1 : HBXMappedMemoryManager::remap(size, previous);
+        return wishes.fails == "remap" ? -1 : HBXMappedMemoryManager::remap(size, previous);
     }
     int lock() override {
-        const int result = wishes.failLock ? -1 : HBXMappedMemoryManager::lock();
+        const int result = wishes.fails == "lock" ? -1 : HBXMappedMemoryManager::lock();
         lockTaken();
         return result;
     }
-    int grow(std::size_t size) override { return wishes.failGrow ? -1 : HBXMappedMemoryManager::grow(size); }
     void prepareBlock(void* memory, std::size_t size) override {
         std::memset(memory, 0xAB, size);
         if (std::exchange(wishes.stopOnce, false)) {

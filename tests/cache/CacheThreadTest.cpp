@@ -1,11 +1,10 @@
 #include "CacheTestUtil.h"
+#include "support/ChildProcess.h"
+#include "support/Threads.h"
 
+#include <atomic>
 #include <mutex>
 #include <random>
-#include <thread>
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace HBX::test {
 namespace {
@@ -91,38 +90,28 @@ private:
     bool good_ = true;
 };
 
-/// Four threads over one cache object. @return how many of them were content.
-int hammer(const TestCachePointer& cache, std::uint32_t firstNumber) {
+/// Four threads over one cache object. @return whether all were content.
+bool hammer(const TestCachePointer& cache, std::uint32_t firstNumber) {
     Worker::Shared shared;
-    std::atomic<int> content{0};
-    std::vector<std::thread> threads;
-    for (std::uint32_t i = 0; i < kThreads; ++i) {
-        threads.emplace_back([&, i] {
-            Worker worker(firstNumber + i);
-            content += worker.work(cache.get(), &shared) ? 1 : 0;
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    return content;
+    std::atomic<std::uint32_t> number{firstNumber};
+    std::atomic<std::uint32_t> content{0};
+    const auto work = [&] { content += Worker(number++).work(cache.get(), &shared) ? 1 : 0; };
+    runThreads(std::vector<std::function<void()>>(kThreads, work));
+    return content == kThreads;
 }
 
 class CacheThreadTest : public CacheTest {};
 
-/// The other process is forked off before threads exist. It leaves through exit, where the thread sanitizer
-/// turns its findings into a code.
+/// Every growth moves the mapping. The other process is forked off before threads exist; it leaves through
+/// exit, where the thread sanitizer turns its findings into a code.
 TEST_F(CacheThreadTest, TwoProcessesOfFourThreadsShareACache) {
-    const pid_t child = fork();
-    if (child == 0) {
-        std::exit(hammer(openCache(name_, 16 << 20, 64), kThreads) == kThreads ? 0 : 1);
-    }
-    const TestCachePointer cache = openCache(name_, 16 << 20, 64);
+    TestManager::wishes.reservation = 16 << 10;
+    const auto openLarge = [&] { return openCache(name_, 16 << 20, 64); };
+    ChildProcess other([&]() -> int { std::exit(hammer(openLarge(), kThreads) ? 0 : 1); });
+    const TestCachePointer cache = openLarge();
     ASSERT_NE(cache, nullptr);
-    EXPECT_EQ(hammer(cache, 0), static_cast<int>(kThreads));
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(hammer(cache, 0));
+    EXPECT_EQ(other.wait(), 0);
     Content expected;
     for (std::uint32_t number = 0; number < kWorkers; ++number) {
         Worker worker(number);

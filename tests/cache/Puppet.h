@@ -60,11 +60,28 @@ public:
     Place place() const { return place_; }
     /// Performs the next stage up to a place where an earlier process came to by steps.
     /// @return false when it did not come there.
-    bool runTo(const Place& place);
+    bool runTo(const Place& place) {
+        constexpr long kBreakpoint = 0xCC;
+        const long code = ptrace(PTRACE_PEEKTEXT, pid_, place.address, nullptr);
+        unsigned arrivals = 0;
+        do { // a breakpoint stands in the way, and is lifted for one instruction at each arrival
+            ptrace(PTRACE_POKETEXT, pid_, place.address, (code & ~0xFFL) | kBreakpoint);
+            if (!start() || process_->waitUntilStopped() != SIGTRAP) {
+                return false;
+            }
+            ptrace(PTRACE_POKETEXT, pid_, place.address, code);
+            user_regs_struct registers{};
+            ptrace(PTRACE_GETREGS, pid_, nullptr, &registers);
+            registers.rip = place.address;
+            ptrace(PTRACE_SETREGS, pid_, nullptr, &registers);
+        } while (++arrivals < place.arrivals && step());
+        return arrivals == place.arrivals;
+    }
     void end() { process_.reset(); }
 
 private:
-    static int perform(const std::vector<Stage>& stages) {
+    /// What a stage throws ends the process.
+    static int perform(const std::vector<Stage>& stages) noexcept {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         ptrace(PTRACE_TRACEME, 0, nullptr, nullptr); // refused: it is stopped by signals alone
         for (const Stage& stage : stages) {
@@ -77,7 +94,25 @@ private:
         repetitions_ = address == place_.address ? repetitions_ + 1 : 0;
         place_ = {address, repetitions_ > 0 ? place_.arrivals : ++arrivals_[address], repetitions_ > 0};
     }
-    void hastenFill(user_regs_struct& registers);
+    /// A repeated store stops after each byte. The tables of a lock file have more than a hundred thousand;
+    /// what a few processes use of them lies at the beginning.
+    void hastenFill(user_regs_struct& registers) {
+        constexpr unsigned kWatched = 256;
+        constexpr long kRepeatedStore = 0xAAF3;
+        if (repetitions_ < kWatched ||
+            (ptrace(PTRACE_PEEKTEXT, pid_, registers.rip, nullptr) & 0xFFFF) != kRepeatedStore) {
+            return;
+        }
+        std::string bytes(registers.rcx, static_cast<char>(registers.rax));
+        const iovec from{bytes.data(), bytes.size()};
+        iovec to{nullptr, bytes.size()};
+        std::memcpy(&to.iov_base, &registers.rdi, sizeof to.iov_base);
+        if (process_vm_writev(pid_, &from, 1, &to, 1, 0) == static_cast<ssize_t>(bytes.size())) {
+            registers.rdi += registers.rcx;
+            registers.rcx = 0;
+            ptrace(PTRACE_SETREGS, pid_, nullptr, &registers);
+        }
+    }
 
     std::optional<ChildProcess> process_;
     pid_t pid_;
@@ -85,44 +120,5 @@ private:
     unsigned repetitions_ = 0;
     std::unordered_map<unsigned long long, unsigned> arrivals_; ///< By address.
 };
-
-/// A repeated store stops after each byte. The tables of a lock file have more than a hundred thousand; what
-/// a few processes use of them lies at the beginning.
-inline void Puppet::hastenFill(user_regs_struct& registers) {
-    constexpr unsigned kWatched = 256;
-    constexpr long kRepeatedStore = 0xAAF3;
-    if (repetitions_ < kWatched ||
-        (ptrace(PTRACE_PEEKTEXT, pid_, registers.rip, nullptr) & 0xFFFF) != kRepeatedStore) {
-        return;
-    }
-    std::string bytes(registers.rcx, static_cast<char>(registers.rax));
-    const iovec from{bytes.data(), bytes.size()};
-    iovec to{nullptr, bytes.size()};
-    std::memcpy(&to.iov_base, &registers.rdi, sizeof to.iov_base);
-    if (process_vm_writev(pid_, &from, 1, &to, 1, 0) == static_cast<ssize_t>(bytes.size())) {
-        registers.rdi += registers.rcx;
-        registers.rcx = 0;
-        ptrace(PTRACE_SETREGS, pid_, nullptr, &registers);
-    }
-}
-
-/// A breakpoint stands in the way, and is lifted for one instruction whenever the process comes to it.
-inline bool Puppet::runTo(const Place& place) {
-    constexpr long kBreakpoint = 0xCC;
-    const long code = ptrace(PTRACE_PEEKTEXT, pid_, place.address, nullptr);
-    unsigned arrivals = 0;
-    do {
-        ptrace(PTRACE_POKETEXT, pid_, place.address, (code & ~0xFFL) | kBreakpoint);
-        if (!start() || process_->waitUntilStopped() != SIGTRAP) {
-            return false;
-        }
-        ptrace(PTRACE_POKETEXT, pid_, place.address, code);
-        user_regs_struct registers{};
-        ptrace(PTRACE_GETREGS, pid_, nullptr, &registers);
-        registers.rip = place.address;
-        ptrace(PTRACE_SETREGS, pid_, nullptr, &registers);
-    } while (++arrivals < place.arrivals && step());
-    return arrivals == place.arrivals;
-}
 
 } // namespace HBX::test

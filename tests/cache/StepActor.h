@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,8 +14,8 @@ inline HBXGUIDBase stepKey(std::uint64_t number) {
     return {static_cast<std::int64_t>(number << 56), static_cast<std::int64_t>(number)};
 }
 
-/// Does things to a cache and notes in a model what the cache must hold then, if nobody else changes it. What
-/// fails ends the process: the scripts of actors contain nothing that may fail.
+/// Does things to a cache and notes in a model what the cache must hold then, if nobody else changes it. The
+/// scripts of actors contain nothing that may fail.
 class Actor {
 public:
     struct OpenList {
@@ -24,15 +23,19 @@ public:
         Content content; ///< Of the model when the list was opened.
     };
 
-    explicit Actor(std::string name) : name_(std::move(name)) {}
+    const std::string name;
+    Content model;
+    std::vector<OpenList> lists;
+
+    explicit Actor(std::string cache) : name(std::move(cache)) {}
 
     void open() {
-        replacedLists_ = lists_.size();
-        cache_ = openCache(name_, 1 << 20, 8);
-        demand(cache_ != nullptr);
+        replacedLists_ = lists.size();
+        cache_ = openCache(name, 1 << 20, 8);
+        demand(cache_ != nullptr, "the cache cannot be opened");
     }
     void close() {
-        lists_.clear();
+        lists.clear();
         replacedLists_ = 0;
         cache_ = nullptr;
     }
@@ -47,27 +50,27 @@ public:
     }
     void store() {
         const TestValue& value = made_->value();
-        demand(cache_->put(value.key, value) == 0);
-        model_[value.key] = {value.version, value.size};
+        demand(cache_->put(value.key, value) == 0, "a value cannot be stored");
+        model[value.key] = {value.version, value.size};
     }
     void remove(std::uint64_t number) {
-        demand(cache_->remove(stepKey(number)) == 0);
-        model_.erase(stepKey(number));
+        demand(cache_->remove(stepKey(number)) == 0, "a value cannot be removed");
+        model.erase(stepKey(number));
     }
     void openList() {
-        lists_.push_back({cache_->getList(), model_});
-        demand(lists_.back().list->holdsSnapshot());
+        lists.push_back({cache_->getList(), model});
+        demand(lists.back().list->holdsSnapshot(), "a list cannot be opened");
     }
     void closeList() {
-        lists_.pop_back();
-        replacedLists_ = std::min(replacedLists_, lists_.size());
+        lists.pop_back();
+        replacedLists_ = std::min(replacedLists_, lists.size());
     }
     /// Opens the cache anew when the file was given up.
     HBXCacheStatus askStatus() {
         HBXCacheStatus status;
         if (cache_ == nullptr || cache_->getStatus(status) != 0) {
             open();
-            demand(cache_->getStatus(status) == 0);
+            demand(cache_->getStatus(status) == 0, "there is no status");
         }
         return status;
     }
@@ -75,13 +78,13 @@ public:
     void removeFile(bool whatever) {
         std::string error;
         const auto remove = whatever ? removeCacheFile : removeLockedCacheFile;
-        demand(remove(name_, TestCache::kFormat, error) == 0);
-        model_.clear();
+        demand(remove(name, TestCache::kFormat, error) == 0, "the file cannot be removed");
+        model.clear();
     }
     /// Makes the file one that nobody uses any more.
     void abandonFile() {
-        writeNumberAt(name_, kCacheValidOffset, 0);
-        model_.clear();
+        writeNumberAt(name, kCacheValidOffset, 0);
+        model.clear();
     }
     /// Everything in the cache; opens it anew when the file was given up. Nothing when a value is not whole.
     std::optional<Content> read() {
@@ -92,25 +95,12 @@ public:
         }
         return readList(*list);
     }
-
-    const std::string& name() const { return name_; }
-    const Content& model() const { return model_; }
-    const std::vector<OpenList>& lists() const { return lists_; }
     /// How many of the lists are over the file that is open now, and not over one that it replaced.
-    std::size_t currentLists() const { return lists_.size() - replacedLists_; }
+    std::size_t currentLists() const { return lists.size() - replacedLists_; }
 
 private:
-    static void demand(bool success) {
-        if (!success) {
-            std::abort();
-        }
-    }
-
-    std::string name_;
-    Content model_;
     TestCachePointer cache_;
     std::optional<ValueBuffer> made_;
-    std::vector<OpenList> lists_;
     std::size_t replacedLists_ = 0;
 };
 

@@ -25,10 +25,15 @@ struct Totals {
     std::size_t missed = 0;  ///< Places that a process did not come to again; it was killed elsewhere.
     std::size_t wrong = 0;
 
-    void note(const Finding& finding, const char* operation) {
+    template <class Check>
+    void note(const char* operation, Check check) {
         ++checked;
-        if (!finding.empty() && ++wrong <= 3) {
-            ADD_FAILURE() << operation << ", check " << checked << ": " << finding;
+        try {
+            check();
+        } catch (const std::runtime_error& finding) {
+            if (++wrong <= 3) {
+                ADD_FAILURE() << operation << ", check " << checked << ": " << finding.what();
+            }
         }
     }
     void expectGood(const char* kind) const {
@@ -88,7 +93,7 @@ private:
                 changes.push_back(process.place());
             }
             if (++totals.states % kStride == 0) {
-                totals.note(world.checkCopy(expected_), operation_.name);
+                totals.note(operation_.name, [&] { world.checkCopy(expected_); });
             }
         }
         return changes;
@@ -102,7 +107,7 @@ private:
         process.end();
         world.hasChanged();
         totals.locked += world.isLocked() ? 1 : 0;
-        totals.note(world.checkBystander(expected), operation_.name);
+        totals.note(operation_.name, [&] { world.checkBystander(expected); });
     }
     /// Kills the performer in one place, steps through the repair of that; then kills repairers, too.
     void killRepairers(const Puppet::Place& place, Totals& totals) const {
@@ -122,39 +127,30 @@ private:
     const Expected expected_;
 };
 
-class StepTest : public ::testing::Test {
-protected:
-    static void SetUpTestSuite() { keepFilesInMemory(); } // every state becomes a file
-};
-
-/// The repair of some half-done operations is cut short itself.
-TEST_F(StepTest, KilledAtAnyInstructionOfAnOperationOrItsRepair) {
-    if (!Puppet::canStep()) {
-        GTEST_SKIP() << "SAMPLED: the system refuses to step through processes; they are killed at random";
-    }
-    if (kIsSlow) {
+/// Killed at any instruction, the repair of some half-done operations, too; and at random moments, a few
+/// where stepping is possible, many where it is not.
+TEST(StepTest, KilledAtAnyInstructionOfAnOperationOrItsRepair) {
+    keepFilesInMemory(); // every state becomes a file
+    constexpr std::size_t kFew = kIsSlow ? 1 : 10;
+    const bool steps = Puppet::canStep();
+    if (!steps) {
+        std::cout << "  SAMPLED: the system refuses to step through processes; they are killed at random\n";
+    } else if (kIsSlow) {
         std::cout << "  SAMPLED: instrumented code takes many instructions, so only every "
                   << kOperationStride << "th operation and every " << kStride << "th state are checked\n";
     }
-    Totals killed;
-    Totals repaired;
-    for (std::size_t i = 0; i < stepOperations().size(); i += kOperationStride) {
-        Trial(stepOperations()[i]).killAfterEachChange(killed, repaired);
+    Totals killed, repaired, random;
+    for (std::size_t i = 0; i < stepOperations().size(); ++i) {
+        const Trial trial(stepOperations()[i]);
+        if (steps && i % kOperationStride == 0) {
+            trial.killAfterEachChange(killed, repaired);
+        }
+        trial.killAtRandom(steps ? kFew : 10 * kFew, random);
     }
     killed.expectGood("killed");
     repaired.expectGood("repaired");
-    EXPECT_TRUE(killed.locked > 0 && repaired.locked > 0);
-}
-
-/// A few where stepping is possible, many where it is not.
-TEST_F(StepTest, KilledAtRandomMoments) {
-    constexpr std::size_t kFew = kIsSlow ? 1 : 10;
-    Totals totals;
-    for (const Operation& operation : stepOperations()) {
-        Trial(operation).killAtRandom(Puppet::canStep() ? kFew : 10 * kFew, totals);
-    }
-    totals.expectGood("killed at random");
-    EXPECT_TRUE(totals.locked > 0 || Puppet::canStep());
+    random.expectGood("killed at random");
+    EXPECT_TRUE(steps ? killed.locked > 0 && repaired.locked > 0 : random.locked > 0);
 }
 
 } // namespace

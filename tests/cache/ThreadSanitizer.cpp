@@ -1,11 +1,8 @@
-#include "ThreadSanitizer.h"
-
 #ifdef __SANITIZE_THREAD__
 
 #include <ctime>
 
 #include <pthread.h>
-#include <sanitizer/tsan_interface.h>
 
 /// The thread sanitizer of this compiler does not see a lock that is taken this way, and then takes its
 /// release for a mistake. It sees the other way of waiting for a limited time.
@@ -20,23 +17,5 @@ extern "C" int pthread_mutex_clocklock(pthread_mutex_t* mutex, clockid_t clock, 
     until.tv_nsec = nanoseconds % kSecond;
     return pthread_mutex_timedlock(mutex, &until);
 }
-
-namespace HBX::test {
-
-static int wayThroughOthers;
-
-void doneReading() { __tsan_release(&wayThroughOthers); }
-void lockTaken() { __tsan_acquire(&wayThroughOthers); }
-
-} // namespace HBX::test
-
-#else
-
-namespace HBX::test {
-
-void doneReading() {}
-void lockTaken() {}
-
-} // namespace HBX::test
 
 #endif

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <HBXFunctionalityCore/directory/HBXDirControl.h>
-#include <HBXFunctionalityCore/directory/HBXDirEntry.h>
-#include <HBXFunctionalityCore/directory/HBXDirMod.h>
 
 #include "support/TextMessage.h"
 
@@ -25,23 +23,6 @@ TEST(DirControl, UnknownKindsAreCarriedOnAsPlainOnes) {
         ASSERT_EQ(on->getObject(back, 0), 0);
         EXPECT_EQ(back, list) << marks;
     }
-}
-
-TEST(DirEntry, AttributesLieDirectlyBelowIt) {
-    HBXDirMod mod("mail");
-    mod.operation = 2;
-    mod.get() = {"a@example", "b@example"};
-    HBXDirEntry entry, back;
-    entry.dn = "cn=a,dc=corp";
-    entry.attributes = {mod, HBXNamedOpStrListProperty("cn")};
-    const Cursor it = newCursor();
-    ASSERT_EQ(it->putObject(entry, 0), 0);
-    ASSERT_EQ(it->getObject(back, 0), 0);
-    EXPECT_EQ(back, entry);
-    HBXDirMod first;
-    EXPECT_TRUE(it->getObject(first, 1918) == 0 && first == mod) << "a modification is its property";
-    it->putValue("no property", 1918);
-    EXPECT_EQ(it->getObject(back, 0), -1);
 }
 
 } // namespace

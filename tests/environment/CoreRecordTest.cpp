@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <limits>
 
@@ -33,10 +34,8 @@ std::string nameIn(HBXMessage* parsed) {
 }
 
 TEST(EnvStatus, AnswersPredicatesByState) {
-    const struct {
-        HBXEnvStatus status;
-        std::string answers; ///< absent existed down mounted suspended running repairing
-    } rows[] = {
+    // absent existed down mounted suspended running repairing
+    const std::pair<HBXEnvStatus, std::string> rows[] = {
         {{1, 0}, "1000000"}, {{1, 5}, "0000000"},  {{2, 0}, "0000000"}, {{3, 1}, "0110000"},
         {{4, 0}, "0101000"}, {{5, 0}, "0101100"},  {{6, 0}, "0101010"}, {{7, 0}, "0101001"},
         {{8, 0}, "0101000"}, {{-1, 0}, "0000000"},
@@ -53,14 +52,12 @@ TEST(EnvStatus, AnswersPredicatesByState) {
 }
 
 TEST(LimitedLengthString, CutsAndPads) {
-    const struct {
-        std::string text;
-        std::string kept;
-    } rows[] = {{"abc", "abc"}, {"abcd", "abcd"}, {"abcde", "abcd"}, {{"a\0b", 3}, "a"}};
-    for (const auto& row : rows) {
-        const limited_length_string<4, char> value(row.text);
-        EXPECT_EQ(value.str(), row.kept);
-        EXPECT_EQ(std::memcmp(&value, (row.kept + std::string(4, '\0')).data(), 4), 0);
+    const std::pair<std::string, std::string> rows[] = {
+        {"abc", "abc"}, {"abcd", "abcd"}, {"abcde", "abcd"}, {{"a\0b", 3}, "a"}};
+    for (const auto& [text, kept] : rows) {
+        const limited_length_string<4, char> value(text);
+        EXPECT_EQ(value.str(), kept);
+        EXPECT_EQ(std::memcmp(&value, (kept + std::string(4, '\0')).data(), 4), 0);
     }
     const limited_length_string<4, char> a("a\xff");
     EXPECT_LT((limited_length_string<4, char>("az")), a) << "as unsigned bytes";
@@ -79,9 +76,7 @@ TEST(CoreRecord, HoldsItsMessagesBehindItsFields) {
     EXPECT_EQ(bytes.substr(104), config + virtualConfig + std::string(8, '\0'));
     const void* start = nullptr;
     std::size_t size = 0;
-    EXPECT_EQ(record->getBuffer(&start, size), 0);
-    EXPECT_EQ(start, record.get());
-    EXPECT_EQ(size, bytes.size());
+    EXPECT_TRUE(record->getBuffer(&start, size) == 0 && start == record.get() && size == bytes.size());
 }
 
 TEST(CoreRecord, IsMadeOfPartsOfOthers) {
@@ -93,38 +88,33 @@ TEST(CoreRecord, IsMadeOfPartsOfOthers) {
     const std::string longer = "a name that is longer than both";
     const Cursor it = rootOf(textMessage("<name>" + longer + "</name>"));
     const Core other = HBXEnvCoreBasic::createInstance(*it, VIRTUAL_CONFIG);
-    const struct {
-        Core made;
-        std::string config, virtualConfig;
-    } rows[] = {
+    const std::tuple<Core, std::string, std::string> rows[] = {
         {HBXEnvCoreBasic::createInstance(*base, *other), "config", longer},
         {HBXEnvCoreBasic::createInstance(it.get(), *base, ENV_CONFIG), longer, "virtual"},
         {HBXEnvCoreBasic::createInstance(it.get(), *base, VIRTUAL_CONFIG), "config", longer},
         {HBXEnvCoreBasic::createInstance(nullptr, *base, VIRTUAL_CONFIG), "config", "none"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(nameIn(row.made->getConfig()), row.config);
-        EXPECT_EQ(nameIn(row.made->getVirtualConfig()), row.virtualConfig);
-        EXPECT_EQ(contentOf(*row.made).substr(8, 80), contentOf(*base).substr(8, 80));
+    for (const auto& [made, config, virtualConfig] : rows) {
+        EXPECT_EQ(nameIn(made->getConfig()), config);
+        EXPECT_EQ(nameIn(made->getVirtualConfig()), virtualConfig);
+        EXPECT_EQ(contentOf(*made).substr(8, 80), contentOf(*base).substr(8, 80));
     }
     other->type = "other";
     EXPECT_EQ(HBXEnvCoreBasic::createInstance(*base, *other)->type.str(), "other");
 }
 
 TEST(CoreRecord, TakesTheConfigurationOutAsFarAsItsOwnLength) {
-    const struct {
-        std::size_t config, virtualConfig;
-        std::string left;
-    } rows[] = {{2, 4, "CDCD"}, {4, 2, "EF"}, {0, 3, "ABC"}, {3, 0, ""}};
-    for (const auto& row : rows) {
+    const std::tuple<std::size_t, std::size_t, std::string> rows[] = {
+        {2, 4, "CDCD"}, {4, 2, "EF"}, {0, 3, "ABC"}, {3, 0, ""}};
+    for (const auto& [config, virtualConfig, left] : rows) {
         // Sizes set by hand over the bytes of a record that is large enough.
         const Core record = coreOf("<name>" + std::string(64, 'x') + "</name>");
         std::memcpy(reinterpret_cast<char*>(record.get()) + 104, "ABCDEFGHIJKLMNOP", 16);
-        record->configSize = row.config;
-        record->virtualConfigSize = row.virtualConfig;
+        record->configSize = config;
+        record->virtualConfigSize = virtualConfig;
         record->resetConfigData();
-        EXPECT_EQ(record->virtualConfigBytes(), row.left);
-        EXPECT_EQ(record->length(), 112 + row.virtualConfig);
+        EXPECT_EQ(record->virtualConfigBytes(), left);
+        EXPECT_EQ(record->length(), 112 + virtualConfig);
         record->resetVirtualConfigData();
         EXPECT_EQ(record->length(), 112U);
     }
@@ -132,23 +122,18 @@ TEST(CoreRecord, TakesTheConfigurationOutAsFarAsItsOwnLength) {
 
 TEST(CoreRecord, LengthIsCheckedBeforeItIsBelieved) {
     constexpr std::uint64_t kHuge = std::numeric_limits<std::uint64_t>::max();
-    const struct {
-        std::uint64_t config;
-        std::uint64_t virtualConfig;
-        std::size_t available;
-        std::size_t length;
-    } rows[] = {
+    const std::array<std::uint64_t, 4> rows[] = {
         {0, 0, 112, 112},   {0, 0, 111, 0},     {0, 0, 0, 0},           {10, 20, 141, 0}, {10, 20, 500, 142},
         {kHuge, 2, 500, 0}, {0, kHuge, 500, 0}, {2, kHuge - 1, 500, 0}, {389, 0, 500, 0}, {388, 0, 500, 500},
     };
-    for (const auto& row : rows) {
+    for (const auto& [config, virtualConfig, available, length] : rows) {
         std::vector<char> bytes(500, 'x');
-        std::memcpy(bytes.data() + 88, &row.config, 8);
-        std::memcpy(bytes.data() + 96, &row.virtualConfig, 8);
-        bytes.resize(std::max<std::size_t>(row.available, 1)); // so that a sanitizer sees a read beyond it
+        std::memcpy(bytes.data() + 88, &config, 8);
+        std::memcpy(bytes.data() + 96, &virtualConfig, 8);
+        bytes.resize(std::max<std::size_t>(available, 1)); // so that a sanitizer sees a read beyond it
         bytes.shrink_to_fit();
-        EXPECT_EQ(HBXEnvCoreBasic::checkedLength(bytes.data(), row.available), row.length)
-            << row.config << ' ' << row.virtualConfig << ' ' << row.available;
+        EXPECT_EQ(HBXEnvCoreBasic::checkedLength(bytes.data(), available), length)
+            << config << ' ' << virtualConfig << ' ' << available;
     }
 }
 

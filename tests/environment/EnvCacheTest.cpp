@@ -53,12 +53,9 @@ TEST_F(EnvCacheTest, AsksTheUpdaterBeforeEachChange) {
                eidOf(1).toString() + ", returning " + std::to_string(code) + ".\n";
     };
     const struct {
-        const char* verb;
-        int check;
-        int result;
-        int code;
-        const char* asked;
-        const char* title; ///< Of environment 1 afterwards.
+        std::string verb;
+        int check, result, code;
+        const char *asked, *title; ///< `title`: of environment 1 afterwards.
     } rows[] = {
         {"insert", 0, 7, 7, "check insert ", "absent"}, {"insert", 5, 7, 0, "check ", "one"},
         {"update", 0, -3, -3, "check update ", "one"},  {"update", 0, 0, 0, "check update ", "first"},

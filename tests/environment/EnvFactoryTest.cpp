@@ -60,10 +60,7 @@ TEST_F(EnvFactory, ReadsEnvironmentsIntoTheGenericClass) {
 }
 
 TEST_F(EnvFactory, NullPointersEndTheProgram) {
-    const struct {
-        std::function<void()> call;
-        const char* place;
-    } rows[] = {
+    const std::pair<std::function<void()>, std::string> rows[] = {
         {[] { HBXEnvCoreBasicMaintainer(HBXEID(), nullptr); },
          "56 HBX::HBXEnvCoreBasicMaintainer::HBXEnvCoreBasicMaintainer"},
         {[] { HBXEnvCoreBasicMaintainer(HBXEID(), boost::make_shared<HBXVEnvConfig>()); },
@@ -75,9 +72,8 @@ TEST_F(EnvFactory, NullPointersEndTheProgram) {
         {[&] { static_cast<void>(factory.createVEnvConfig(nullptr)); },
          "513 HBX::HBXEnvFactory::createVEnvConfig"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(abortOf(row.call),
-                  std::string("HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXEnv:") + row.place);
+    for (const auto& [call, place] : rows) {
+        EXPECT_EQ(abortOf(call), "HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXEnv:" + place);
     }
 }
 

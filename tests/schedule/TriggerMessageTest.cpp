@@ -1,5 +1,6 @@
 #include "ScheduleTestUtil.h"
 
+#include <array>
 #include <regex>
 
 #include <gtest/gtest.h>
@@ -28,18 +29,14 @@ TEST(TriggerMessage, HoldsTheTrigger) {
 }
 
 TEST(TriggerMessage, HoldsAnEndOnlyWhenThereIsOne) {
-    const struct {
-        std::int64_t start, end;
-        int written, endThere;
-    } rows[] = {{0, -1, 0, -1}, {0, 0, 0, 0}, {5, -2, 0, 0}, {-1, 7, -1, -1}};
-    for (const auto& row : rows) {
+    const std::array<std::int64_t, 4> rows[] = {{0, -1, 0, -1}, {0, 0, 0, 0}, {5, -2, 0, 0}, {-1, 7, -1, -1}};
+    for (const auto& [start, end, written, endThere] : rows) {
         const Cursor cursor = test::newCursor();
-        EXPECT_EQ(cursor->putObject(HBXSchedulerOnceTrigger(row.start, row.end), 0), row.written)
-            << row.start;
-        EXPECT_EQ(cursor->seekPresence(1064), row.endThere) << row.start << ", " << row.end;
+        EXPECT_EQ(cursor->putObject(HBXSchedulerOnceTrigger(start, end), 0), written) << start;
+        EXPECT_EQ(cursor->seekPresence(1064), endThere) << start << ", " << end;
         HBXSchedulerOnceTrigger read(3, 4);
-        EXPECT_EQ(cursor->getObject(read, 0), row.written);
-        EXPECT_EQ(read.endTime, row.written == 0 ? row.end : 4);
+        EXPECT_EQ(cursor->getObject(read, 0), written);
+        EXPECT_EQ(read.endTime, written == 0 ? end : 4);
     }
 }
 

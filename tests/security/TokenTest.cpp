@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <stdexcept>
 #include <thread>
 
@@ -30,11 +31,7 @@ std::string administratorsOf(const HBXEID& eid) {
 }
 
 TEST(Token, AdministratorsAreTheseOnly) {
-    struct Row {
-        std::string sid;
-        bool isLocal, isOther;
-    };
-    std::vector<Row> rows = {
+    std::vector<std::tuple<std::string, bool, bool>> rows = {
         {administratorsOf(kLocal), true, false},
         {administratorsOf(kOther), false, true},
         {"S-1-5-32-544", true, true},
@@ -45,16 +42,16 @@ TEST(Token, AdministratorsAreTheseOnly) {
     for (const char* sid :
          {"S-1-5-32-545", "S-1-5-32-544-1", "S-1-0x000100000005-32-544", "S-1-5-33-544", "S-1-5-21-1-2-500",
           "S-1-5-21-1-2-3-4-500", "S-1-5-21-1-2-3-501", "S-1-5-22-1-2-3-500"}) {
-        rows.push_back({sid, false, false});
+        rows.emplace_back(sid, false, false);
     }
     const ScratchIdentity identity(kLocal, {});
-    for (const auto& row : rows) {
-        for (const HBXToken& tested : {token(row.sid), token("", {"S-1-5-7", row.sid.c_str()})}) {
-            EXPECT_EQ(tested.isLocalAdministrators(), row.isLocal) << row.sid;
-            EXPECT_EQ(tested.isEnvAdministrators(kOther), row.isOther) << row.sid;
+    for (const auto& [sid, isLocal, isOther] : rows) {
+        for (const HBXToken& tested : {token(sid), token("", {"S-1-5-7", sid.c_str()})}) {
+            EXPECT_EQ(tested.isLocalAdministrators(), isLocal) << sid;
+            EXPECT_EQ(tested.isEnvAdministrators(kOther), isOther) << sid;
         }
-        const HBXToken lost = token("", {}, {row.sid.c_str()});
-        EXPECT_FALSE(lost.isLocalAdministrators() || lost.isEnvAdministrators(kOther)) << row.sid;
+        const HBXToken lost = token("", {}, {sid.c_str()});
+        EXPECT_FALSE(lost.isLocalAdministrators() || lost.isEnvAdministrators(kOther)) << sid;
     }
 }
 
@@ -76,19 +73,17 @@ TEST(Token, TheAgentIsAlwaysAnAdministratorAnEmptyIdentifierNever) {
 
 TEST(Token, RestrictionOnlyTakesAway) {
     const HBXToken full = token("S-1-1", {"S-1-2", "S-1-3"});
-    const struct {
-        HBXToken token, other, left;
-    } rows[] = {
+    const std::array<HBXToken, 3> rows[] = {
         {full, full, full},
         {full, token("S-1-3", {"S-1-1"}), token("S-1-1", {"S-1-3"}, {"S-1-2"})},
         {full, token("S-1-4", {"S-1-3"}), token("S-1-5-7", {"S-1-3"}, {"S-1-2", "S-1-1"})},
         {token("S-1-1", {"S-1-3"}, {"S-1-2"}), token("S-1-1"), token("S-1-1", {}, {"S-1-2", "S-1-3"})},
         {token(""), token("S-1-5-32-544", {"S-1-2"}), token("S-1-5-7")},
     };
-    for (const auto& row : rows) {
-        HBXToken left = row.token;
-        EXPECT_EQ(left.restrict(row.other), 0);
-        EXPECT_EQ(left, row.left) << &row - rows;
+    for (const auto& [before, other, after] : rows) {
+        HBXToken left = before;
+        EXPECT_EQ(left.restrict(other), 0);
+        EXPECT_EQ(left, after);
     }
     HBXToken same = full;
     EXPECT_EQ(same.restrict(same), 0);

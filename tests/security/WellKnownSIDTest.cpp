@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <atomic>
-#include <thread>
+#include <map>
 
 #include <HBXFunctionalityCore/configuration/HBXConfiguration.h>
 #include <HBXFunctionalityCore/security/HBXSIDText.h>
 
 #include "security/ScratchIdentity.h"
 #include "support/TextMessage.h"
+#include "support/Threads.h"
 
 namespace HBX::test {
 namespace {
@@ -57,32 +58,30 @@ TEST(WellKnownSID, EveryKindHasItsIdentifier) {
     const std::string group = principal("8192", kLocal, "0");
     const std::string local = principal("8195", kLocal, "0");
     const std::string master = principal("8195", kMaster, "0");
-    struct Row {
-        unsigned kind;
-        std::string texts[4]; ///< by identity
-    };
     const std::pair<HBXEID, HBXEID> identities[] = {{{}, {}}, {kLocal, {}}, {kLocal, kMaster}, {{}, kMaster}};
-    std::vector<Row> rows = {
-        {2, {"", group, group, ""}}, {4, {"", local, local, ""}}, {7, {"", local, master, master}}};
+    std::map<unsigned, std::vector<std::string>> kinds = {// their texts by identity
+                                                          {2, {"", group, group, ""}},
+                                                          {4, {"", local, local, ""}},
+                                                          {7, {"", local, master, master}}};
     const std::pair<unsigned, std::string> always[] = {{0, "S-1-1000-1"},    {1, "S-1-1000-2"},
                                                        {3, "S-1-5-7"},       {5, "S-1-1000-0"},
                                                        {6, "S-1-1000-4"},    {8, "S-1-0-0"},
                                                        {9, "S-1-1000-1001"}, {10, "S-1-1000-1002"},
                                                        {11, "S-1-1000-0"},   {0xFFFFFFFF, "S-1-1000-0"}};
     for (const auto& [kind, text] : always) {
-        rows.push_back({kind, {text, text, text, text}});
+        kinds[kind] = {text, text, text, text};
     }
-    for (const auto& row : rows) {
-        const auto kind = static_cast<HBXSID::WellKnownSIDs>(row.kind);
-        for (int i = 0; i < 4; ++i) {
+    for (const auto& [number, texts] : kinds) {
+        const auto kind = static_cast<HBXSID::WellKnownSIDs>(number);
+        for (std::size_t i = 0; i < texts.size(); ++i) {
             const ScratchIdentity identity(identities[i].first, identities[i].second);
             const HBXSID sid = HBXSID::createWellKnownSID(kind);
-            EXPECT_EQ(sid.toString(), row.texts[i]) << row.kind;
-            EXPECT_EQ(sid.isWellKnownSID(kind), kind != HBXSID::ANY_ENVIRONMENT) << row.kind;
-            EXPECT_FALSE(HBXSID("S-1-5-18").isWellKnownSID(kind)) << row.kind;
+            EXPECT_EQ(sid.toString(), texts[i]) << number;
+            EXPECT_EQ(sid.isWellKnownSID(kind), kind != HBXSID::ANY_ENVIRONMENT) << number;
+            EXPECT_FALSE(HBXSID("S-1-5-18").isWellKnownSID(kind)) << number;
         }
         auto found = HBXSID::SELF;
-        EXPECT_EQ(findWellKnownSID(wellKnownSIDName(kind), found), row.kind <= HBXSID::SELF);
+        EXPECT_EQ(findWellKnownSID(wellKnownSIDName(kind), found), number <= HBXSID::SELF);
         EXPECT_EQ(found, std::min(kind, HBXSID::SELF));
     }
     const ScratchIdentity identity({}, kMaster);
@@ -122,22 +121,19 @@ TEST(WellKnownSIDThread, FollowsTheIdentityWhileItChanges) {
     const HBXSID first = HBXSID::createWellKnownSID(HBXSID::LOCAL_ENVIRONMENT);
     const HBXSID second = HBXLocalSID(0, HBXLocalSID::ENVIRONMENT, kMaster).getSID();
     std::atomic<int> strangers{0};
-    std::vector<std::thread> readers;
-    for (int i = 0; i < 3; ++i) {
-        readers.emplace_back([&] {
-            for (int n = 0; n < 500; ++n) {
-                const HBXSID sid = HBXSID::createWellKnownSID(HBXSID::LOCAL_ENVIRONMENT);
-                strangers += sid == first || sid == second ? 0 : 1;
-                strangers += HBXSID("S-1-5-7").isWellKnownSID(HBXSID::ANONYMOUS) ? 0 : 1;
-            }
-        });
-    }
-    for (int n = 0; n < 500; ++n) {
-        const ScratchIdentity meanwhile(kMaster, kLocal);
-    }
-    for (std::thread& reader : readers) {
-        reader.join();
-    }
+    const auto read = [&] {
+        for (int n = 0; n < 500; ++n) {
+            const HBXSID sid = HBXSID::createWellKnownSID(HBXSID::LOCAL_ENVIRONMENT);
+            strangers += sid == first || sid == second ? 0 : 1;
+            strangers += HBXSID("S-1-5-7").isWellKnownSID(HBXSID::ANONYMOUS) ? 0 : 1;
+        }
+    };
+    const auto change = [] {
+        for (int n = 0; n < 500; ++n) {
+            const ScratchIdentity meanwhile(kMaster, kLocal);
+        }
+    };
+    runThreads({read, read, read, change});
     EXPECT_EQ(strangers, 0);
 }
 

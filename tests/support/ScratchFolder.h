@@ -9,8 +9,10 @@
 namespace HBX::test {
 
 inline std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ifstream stream(file, std::ios::binary | std::ios::ate);
+    std::string bytes(stream ? static_cast<std::size_t>(stream.tellg()) : 0, '\0');
+    stream.seekg(0).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
 }
 
 /// A folder that is gone at the end.
