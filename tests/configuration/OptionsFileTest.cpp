@@ -64,16 +64,5 @@ TEST_F(OptionsFile, EqualKeysBecomeOneAndBadOnesSpoilAll) {
     }
 }
 
-TEST_F(OptionsFile, ManyKeysTakeNoLongTime) {
-    std::string content;
-    constexpr int kOptions = 200000; // a search through the list for each would take minutes
-    for (int i = 0; i < kOptions; ++i) {
-        content += "<option><name>k" + std::to_string(i) + "</name><value>1</value></option>";
-    }
-    Options options;
-    ASSERT_EQ(HBXOptionsFileSerializer(write("many.xml", messageText(content))).read(options), 0);
-    EXPECT_EQ(options.size(), static_cast<std::size_t>(kOptions));
-}
-
 } // namespace
 } // namespace HBX::test
