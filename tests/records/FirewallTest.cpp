@@ -26,21 +26,20 @@ const HBXFirewallRule kFull{"web",
                             {{-1, 80}, {80, 90}},
                             {"eth0", "eth1"}};
 
-std::string childrenOf(const HBXFirewallRule& rule) {
-    const Cursor it = newCursor();
-    EXPECT_EQ(it->putObject(rule, 0), 0);
-    std::string children;
-    for (int more = it->firstChild(); more == 0; more = it->nextSibling()) {
-        children += std::to_string(it->curID()) + ' ';
-    }
-    return children;
-}
-
 TEST(FirewallRule, LeavesOutWhatIsEmptyButNameChainAndFlag) {
     HBXFirewallRule maskOnly;
     maskOnly.addresses[0].mask = "255.0.0.0";
-    EXPECT_EQ(childrenOf(maskOnly), "1026 1195 1198 ");
-    EXPECT_EQ(childrenOf(kFull), "1026 1195 1196 1197 1198 1199 1200 1201 1202 1203 1204 ");
+    const std::pair<HBXFirewallRule, std::string> rows[] = {
+        {maskOnly, "1026 1195 1198 "}, {kFull, "1026 1195 1196 1197 1198 1199 1200 1201 1202 1203 1204 "}};
+    for (const auto& [rule, expected] : rows) {
+        const Cursor it = newCursor();
+        EXPECT_EQ(it->putObject(rule, 0), 0);
+        std::string children;
+        for (int more = it->firstChild(); more == 0; more = it->nextSibling()) {
+            children += std::to_string(it->curID()) + ' ';
+        }
+        EXPECT_EQ(children, expected);
+    }
 }
 
 TEST(FirewallRule, KeepsWhatCannotBeRead) {
