@@ -94,7 +94,5 @@ TEST_F(FileTest, OpensClosedOnExecAndRemoves) {
     EXPECT_EQ(removeFile(path("f")), -1);
 }
 
-TEST(Process, TitleIsTheProgramsName) { EXPECT_NE(getproctitle().find("common_test"), std::string::npos); }
-
 } // namespace
 } // namespace HBX

@@ -32,20 +32,16 @@ TEST_F(EnvCommandTest, WhatGetPrintsCanBePutAgainAndRemoved) {
 }
 
 TEST_F(EnvCommandTest, ATypeComesFromOptionMessageCacheOrIsGeneric) {
-    const struct {
-        std::string inMessage;
-        Words options;
-        std::string then;
-    } rows[] = {
+    const std::tuple<std::string, Words, std::string> rows[] = {
         {"", {}, "generic"},
         {"lab", {}, "lab"},
         {"", {}, "lab"},
         {"lab", {"--type", "sixteen-bytes-ok"}, "sixteen-bytes-ok"},
     };
-    for (const auto& row : rows) {
-        const std::string file = messageOf({{kHost, kNull, "", 6, row.inMessage}});
-        EXPECT_EQ(out(call(joined({"put", file}, row.options))), "");
-        EXPECT_EQ(listed()[0]["type"], row.then);
+    for (const auto& [inMessage, options, then] : rows) {
+        const std::string file = messageOf({{kHost, kNull, "", 6, inMessage}});
+        EXPECT_EQ(out(call(joined({"put", file}, options))), "");
+        EXPECT_EQ(listed()[0]["type"], then);
     }
     const std::string none = write("none.xml", messageText("<data/>"));
     const std::string bad = write("bad.xml", messageText("<env><eid>" + kHost + "</eid></env>"));
@@ -80,28 +76,25 @@ TEST_F(EnvCommandTest, WhatIsNoCacheInOrderIsToldAndLeftAloneUnlessForced) {
         return std::string(good).replace(offset, width, reinterpret_cast<const char*>(&value), width);
     };
     const std::string other = "this is no cache file, it is left as it is\n";
-    const struct {
-        int code;
-        std::string bytes, complaint, finding;
-    } rows[] = {
+    const std::tuple<int, std::string, std::string, std::string> rows[] = {
         {3, "my notes\n", other, ""},
         {3, std::string(100'000, '\0'), other, ""},
         {5, changed(73, 0, 4), "the file is marked as", "73: damage: the file is marked as abandoned"},
         {5, changed(40, 4080, 8), "damaged: there is no readable state", "4080: damage: "},
     };
-    for (const auto& row : rows) {
-        write("cache", row.bytes);
+    for (const auto& [code, bytes, complaint, finding] : rows) {
+        write("cache", bytes);
         std::filesystem::remove(cache_ + ".lock");
         const Words before = files();
         const Ended checked = env({"check"});
         EXPECT_EQ(checked.code, 5);
-        EXPECT_EQ(checked.out.rfind(cache_ + ": offset " + row.finding, 0), 0U) << checked.out;
+        EXPECT_EQ(checked.out.rfind(cache_ + ": offset " + finding, 0), 0U) << checked.out;
         EXPECT_EQ(Json::parse(env({"check", "--json"}).out)["verdict"], "damaged");
         for (const Words& words : openingVerbs()) {
-            expectFailures({{row.code, cache_ + ": " + row.complaint, call(words)}});
+            expectFailures({{code, cache_ + ": " + complaint, call(words)}});
         }
-        EXPECT_EQ(contentOf(cache_), row.bytes);
-        EXPECT_TRUE(row.code == 5 || files() == before);
+        EXPECT_EQ(contentOf(cache_), bytes);
+        EXPECT_TRUE(code == 5 || files() == before);
         EXPECT_EQ(out(call({"put", "--force", messageOf({{kWeb}})})), "");
         EXPECT_EQ(listed().size(), 1U);
     }

@@ -46,7 +46,6 @@ TEST_F(ProgramTest, UploadsPartsAndSaysWhatIsWrong) {
         {"<path>source</path><size>9223372036854775807</size>", "Src file size was changed "},
         {"<path>none</path>", "Cannot open src file \"" + path("home/none") + "\": No such file or dir"},
         {"<path>.</path><size>1</size>", "Cannot read from file \"" + path("home/.") + "\": Is a directory"},
-        {"<path>source</path><file_offset>x</file_offset>", "file_offset cannot be read\n"},
         {"", "path is missing\n"},
         {"<path>large</path>", "more than 67108864 bytes: "},
     };
