@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <regex>
@@ -27,16 +26,6 @@ protected:
     }
 };
 
-TEST_F(ExamplesTest, ChildListsWhatTheParentInserted) {
-    const std::string first = outputOf("share_cache", path("envs.cache"));
-    EXPECT_NE(first.find(" web: running\n"), std::string::npos) << first;
-    EXPECT_NE(first.find(" mail: not running\n"), std::string::npos) << first;
-
-    const std::string all =
-        outputOf("one_environment", path("envs.cache")); // another program finds them, and adds its own
-    EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 3) << all;
-}
-
 TEST_F(ExamplesTest, PageOnTheCacheFileShowsTheRealBytes) {
     outputOf("cache_file", path("envs.cache"));
     const std::string page = contentOf(HBX_SOURCE_DIR "/docs/cache-file.md");
@@ -54,32 +43,24 @@ TEST_F(ExamplesTest, PageOnTheCacheFileShowsTheRealBytes) {
 
 TEST_F(ExamplesTest, ProgramsSayWhatTheyDid) {
     std::filesystem::copy_file(HBX_SOURCE_DIR "/samples/agent.xml", path("agent.xml"));
+    // What the whole output matches.
     const std::tuple<std::string, std::string, std::string> rows[] = {
+        {"share_cache", path("envs.cache"), "(.{36} (web: running|mail: not running)\n){2}"},
+        {"one_environment", path("envs.cache"), "(.{36} (web|mail)\n){3}"}, // finds them, and adds its own
+        {"new_environment_type", path("types.cache"),
+         "oven: 0\nkiln: 1\nfreezer: 0\n(lab oven\n|lab freezer\n){2}"},
         {"client", HBX_EXAMPLES "/operator_module " + path(""), "overdue: backup\n"},
         {"new_record", "", "page 7 at 7 with 2 tags\nwithout a name: -1\n"},
+        {"next_run", "", "Every 2 days at .*\nnext run: .*\n"},
         {"read_configuration", path("agent.xml"), "log level 2, from now on 3\n"},
         {"read_configuration", path("agent.xml"), "log level 3, from now on 4\n"},
         {"list_features", HBX_SOURCE_DIR "/samples/vocabulary/hbagent.voc.windows",
          "network.offline_management\n"},
     };
-    for (const auto& [name, arguments, output] : rows) {
-        EXPECT_EQ(outputOf(name, arguments), output) << name;
+    for (const auto& [name, arguments, pattern] : rows) {
+        const std::string output = outputOf(name, arguments);
+        EXPECT_TRUE(std::regex_match(output, std::regex(pattern))) << name << ": " << output;
     }
-}
-
-TEST_F(ExamplesTest, UpdaterOfANewTypeIsAsked) {
-    const std::string output = outputOf("new_environment_type", path("envs.cache"));
-    EXPECT_EQ(output.find("oven: 0\nkiln: 1\nfreezer: 0\n"), 0U) << output;
-    for (const char* title : {"lab oven\n", "lab freezer\n"}) {
-        EXPECT_NE(output.find(title), std::string::npos) << output;
-    }
-    EXPECT_EQ(output.find("lab kiln"), std::string::npos) << output;
-}
-
-TEST_F(ExamplesTest, NextRunIsTold) {
-    const std::string output = outputOf("next_run", "");
-    EXPECT_EQ(output.find("Every 2 days at "), 0U) << output;
-    EXPECT_NE(output.find("\nnext run: "), std::string::npos) << output;
 }
 
 /// The words of a text, one blank between them: a quote may be indented and broken in another way.

@@ -23,16 +23,13 @@ std::string show(const HBXMessageIterator& it) {
     if (it.rawValue(0, text, xml) == 0) {
         dump.append(xml ? "|x'" : "|'").append(text).append("'");
     }
-    std::string attribute;
-    for (const int number : kNumbers) {
-        if (it.getAttr(attribute, number) == 0) {
-            dump += '@' + std::to_string(number) + '=' + attribute;
-        }
-    }
+    std::vector<int> attributes(std::begin(kNumbers), std::end(kNumbers));
     for (const std::string& name : kNames) {
-        if (it.getAttr(attribute, it.idOfName(name)) == 0) {
-            dump += '@' + name + '=' + attribute;
-        }
+        attributes.push_back(it.idOfName(name));
+    }
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+        std::string value;
+        dump += it.getAttr(value, attributes[i]) == 0 ? '@' + std::to_string(i) + '=' + value : "";
     }
     if (it.firstChild() == 0) {
         do {
@@ -215,7 +212,6 @@ public:
             here = change(it, here, places_[1 - which].lock(), *cursors_[1 - which]);
         }
         places_[which] = here;
-        here.reset();
     }
 
     void check() {
