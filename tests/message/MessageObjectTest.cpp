@@ -107,11 +107,10 @@ TEST(MessageObject, SerializesWholePartsAndElements) {
         EXPECT_EQ(target->deserialize(bytes.data(), static_cast<int>(bytes.size()), into.get()), 0);
     }
     EXPECT_EQ(into->curID(), 5);
-    int count = 0;
-    for (int more = into->firstChild(); more == 0; more = into->nextSibling()) {
-        ++count;
+    EXPECT_EQ(into->firstChild(), 0);
+    for (int more = 5; more >= 0; --more) { // two elements, two contents of one child, two elements
+        EXPECT_EQ(into->nextSibling(), more > 0 ? 0 : -1);
     }
-    EXPECT_EQ(count, 6) << "two elements, two contents of one child, two elements";
     const std::string text = takeText(it->toTextFromChild());
     EXPECT_EQ(target->fromText(text.c_str(), into.get()), 0);
     EXPECT_EQ(into->fromTextToChild(nullptr), -1);

@@ -152,13 +152,11 @@ TEST(RecordTable, ComparesMemberByMember) {
     b.maybeNumber.set(-1);
     EXPECT_TRUE(isLess()) << "unset comes first";
     b.maybeNumber.reset();
-    EXPECT_TRUE(a == b && b.maybeNumber.get() == 0) << "as if it had never been set";
     a.shape.reset(new Shape);
     EXPECT_TRUE(b < a) << "null comes first";
     b.shape.reset(new Circle);
     EXPECT_TRUE(isLess()) << "by type name";
     b.shape.reset(new Shape);
-    EXPECT_TRUE(a == b) << "by value";
     a.stamp.set(1);
     b.number = 9;
     EXPECT_TRUE(b < a) << "the base first";
@@ -171,10 +169,7 @@ TEST(RecordTable, ComparesMemberByMember) {
 /// Reader and writer of a record that throw away what they are in the middle of.
 struct Vandal {
     static const HBXRecordTable table;
-    static int replaceAll(const It& it) {
-        const std::string empty = bytesOf(newMessage());
-        return it.getMessage()->init(empty.data(), static_cast<int>(empty.size()));
-    }
+    static int replaceAll(const It& it) { return it.getMessage()->create(5); }
     struct Reader {
         int operator()(const It& it, Vandal&) const { return replaceAll(it); }
     };
