@@ -20,7 +20,6 @@ TEST(ConfigurationIterator, PathsLeadThroughTheWrapperOnceAndFailWhole) {
         {"/", "/system/group/configuration/deep", "data/system/group/configuration/deep", "1"},
         {"/", "/system/configuration/log_level", none, none},
         {"/", "", none, none},
-        {"/", "data", none, none},
         {"/", "//system", none, none},
         {"/", "system/", none, none},
         {"/", "system//log_level", none, none},

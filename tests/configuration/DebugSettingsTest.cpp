@@ -82,7 +82,6 @@ TEST_F(DebugSettings, LevelIsReturnedWhateverItIsTheRestHasDefaults) {
                              "</log_process_plugins><log_ignore_plugins>c</log_ignore_plugins>";
     // Level, format, what to process and what to ignore; and what is told about them.
     const std::tuple<HBXConfiguration, std::string, std::string> rows[] = {
-        {withSection("system", full + "<log_level>0</log_level>"), "0 3 a,b c", ""},
         {withSection("system", full + "<log_level>6</log_level>"), "6 3 a,b c", ""},
         {withSection("system", full + "<log_level>7</log_level>"), "7 3 a,b c", invalid},
         {withSection("system", ""), "-1 0  ", unread + invalid + noFilter},
