@@ -65,12 +65,7 @@ TEST_F(ExamplesTest, ProgramsSayWhatTheyDid) {
 
 /// The words of a text, one blank between them: a quote may be indented and broken in another way.
 std::string words(const std::string& text) {
-    std::istringstream input(text);
-    std::string all = " ";
-    for (std::string word; input >> word;) {
-        all += word + ' ';
-    }
-    return all;
+    return std::regex_replace(' ' + text + ' ', std::regex("\\s+"), " ");
 }
 
 TEST_F(ExamplesTest, PagesQuoteThePrograms) {
