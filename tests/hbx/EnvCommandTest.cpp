@@ -56,13 +56,13 @@ TEST_F(EnvCommandTest, ATypeComesFromOptionMessageCacheOrIsGeneric) {
 
 TEST_F(EnvCommandTest, OnlyPutMakesAFile) {
     const std::vector<Words> verbs = openingVerbs();
-    const Words before = files();
+    EXPECT_EQ(env({"check"}).code, 3);
+    const std::ptrdiff_t before = files();
     for (const Words& words : verbs) {
         if (words[0] != "put") {
             expectFailures({{3, cache_ + ": there is no such cache file\n", call(words)}});
         }
     }
-    EXPECT_EQ(env({"check"}).code, 3);
     EXPECT_EQ(files(), before);
     EXPECT_EQ(out({"env", "put", messageOf({{kHost}})}), "");
     EXPECT_TRUE(std::filesystem::exists(path("home/environments.cache"))); // HBX_HOME of the tests
@@ -85,7 +85,7 @@ TEST_F(EnvCommandTest, WhatIsNoCacheInOrderIsToldAndLeftAloneUnlessForced) {
     for (const auto& [code, bytes, complaint, finding] : rows) {
         write("cache", bytes);
         std::filesystem::remove(cache_ + ".lock");
-        const Words before = files();
+        const std::ptrdiff_t before = files();
         const Ended checked = env({"check"});
         EXPECT_EQ(checked.code, 5);
         EXPECT_EQ(checked.out.rfind(cache_ + ": offset " + finding, 0), 0U) << checked.out;
