@@ -31,6 +31,7 @@ TEST_F(HelpTest, WrongCallsSayWhyAndHow) {
     expectFailures({
         {2, "which area?\n" + out({"help"}), {}},
         {2, "there is no area \"massage\"", {"massage"}},
+        {2, "there is no area \"massage\"", {"help", "massage"}},
         {2, "there is no verb \"eat\"", {"help", "env", "eat"}},
         {2, "which verb?", {"message"}},
         {2, "there is no verb \"eat\"", {"message", "eat"}},

@@ -61,6 +61,7 @@ TEST_F(ProgramTest, ReadsMoments) {
                                    "1969-12-31Z", "9223372036854775808", ""}) {
         expectFailures({{2, "--from: \"" + from + "\" is no moment since 1970", joined(words, {from})}});
     }
+    expectFailures({{2, "--from: \"-5\" is no moment", {"schedule", "next", file, "--from=-5"}}});
 }
 
 TEST_F(ProgramTest, ExplainsTheFirstTrigger) {

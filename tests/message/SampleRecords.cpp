@@ -12,12 +12,18 @@ constexpr HBXRow kCircle[] = {member<&Circle::radius>(1087)};
 constexpr HBXRow kStamped[] = {member<&Stamped::stamp>(1), member<&Stamped::origin>(2)};
 constexpr HBXRow kChain[] = {list<&Chain::links>(0, 5)};
 constexpr HBXRow kEverything[] = {
-    member<&Everything::number>(3),        member<&Everything::real>(6),
-    member<&Everything::leaf>(13),         member<&Everything::mask>(42),
-    member<&Everything::maybeNumber>(14),  member<&Everything::maybeText>(17),
-    member<&Everything::maybeLeaf>(22),    optional<&Everything::plainNumber>(23),
-    list<&Everything::numbers>(27, 28),    list<&Everything::leafSet>(33, 28),
-    list<&Everything::bareNumbers>(0, 35), polymorphic<&Everything::shape>(36),
+    member<&Everything::number>(3),
+    member<&Everything::real>(6),
+    memberAs<&Everything::fragment>(HBXKind::Xml, 9),
+    member<&Everything::leaf>(13),
+    member<&Everything::mask>(42),
+    member<&Everything::maybeNumber>(14),
+    member<&Everything::maybeLeaf>(22),
+    optional<&Everything::plainNumber>(23),
+    list<&Everything::numbers>(27, 28),
+    list<&Everything::leafSet>(33, 28),
+    list<&Everything::bareNumbers>(0, 35),
+    polymorphic<&Everything::shape>(36),
     list<&Everything::shapes>(37, 38),
 };
 

@@ -64,11 +64,11 @@ struct Stamped {
 struct Everything : Stamped {
     int number = 0;
     double real = 0;
+    std::string fragment;
     Leaf leaf;
     std::uint32_t mask = 0;
 
     HBXOptionalProperty<int> maybeNumber;
-    HBXOptionalProperty<std::string> maybeText;
     HBXOptionalProperty<Leaf> maybeLeaf;
 
     int plainNumber = 3;

@@ -177,6 +177,7 @@ TEST(Catalogue, EveryClassOfAFamilyIsFoundByTheMarkItWrites) {
         EXPECT_EQ(isRegistered, unregistered.count(table->name) == 0) << table->name;
         registered[&registry] += isRegistered ? 1 : 0;
     }
+    EXPECT_EQ(HBXDerivedParserFactory<HBXSchedulerTrigger>::factoryData()->defaultFactory(), nullptr);
     for (const auto& [registry, count] : registered) {
         EXPECT_EQ(registry->byType().size(), count) << "all of them are in the catalogue";
     }
