@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,98 +16,137 @@
 #include "support/ChildProcess.h"
 #include "support/ScratchFolder.h"
 
+// A layer between the library and the system that can fail: these stand before those of the C library.
+namespace {
+
+int callsUntilFault = 0; ///< 0: none is due
+int faultError = 0;
+std::string faultCall; ///< the call that has failed
+
+/// Calls the one of the C library, unless it is due to fail.
+template <class Result, class... Arguments>
+Result passOn(const char* name, Arguments... arguments) {
+    if (callsUntilFault != 0 && --callsUntilFault == 0) {
+        faultCall = name;
+        errno = faultError;
+        return -1;
+    }
+    return reinterpret_cast<Result (*)(Arguments...)>(dlsym(RTLD_NEXT, name))(arguments...);
+}
+
+} // namespace
+
+extern "C" {
+ssize_t write(int file, const void* bytes, size_t size) {
+    return passOn<ssize_t>("write", file, bytes, size);
+}
+int fsync(int file) { return passOn<int>("fsync", file); }
+int fchmod(int file, mode_t mode) noexcept { return passOn<int>("fchmod", file, mode); }
+int rename(const char* from, const char* to) noexcept { return passOn<int>("rename", from, to); }
+}
+
 namespace HBX {
 namespace {
 
 namespace fs = std::filesystem;
 
-class FileTest : public testing::Test {
-protected:
-    std::string at(const char* name) const { return folder.path(name); }
-    static unsigned modeOf(const std::string& path) {
-        return static_cast<unsigned>(fs::status(path).permissions());
-    }
-
-    const test::ScratchFolder folder;
-};
+class FileTest : public testing::Test, protected test::ScratchFolder {};
 
 TEST_F(FileTest, ReadsBackWhatWasWritten) {
     for (const std::size_t size : {0U, 1U, 4095U, 4096U, 4097U, 100000U}) {
         std::string bytes(size, '\0');
         for (std::size_t i = 0; i < size; ++i)
             bytes[i] = static_cast<char>(i * 31);
-        ASSERT_EQ(writeFileAtomic(at("f"), bytes), 0) << getErrorMessage();
+        ASSERT_EQ(writeFileAtomic(path("f"), bytes), 0) << getErrorMessage();
         std::string back;
-        EXPECT_EQ(readFile(at("f"), size, back), 0);
+        EXPECT_EQ(readFile(path("f"), size, back), 0);
         EXPECT_EQ(back, bytes);
     }
-    EXPECT_EQ(folder.files(), 1) << "nothing is left beside the file";
+    EXPECT_EQ(files(), 1) << "nothing is left beside the file";
     std::string title;
     EXPECT_EQ(readFile("/proc/self/comm", 100, title), 0) << "reports no size";
     EXPECT_EQ(title, "common_test\n");
 }
 
 TEST_F(FileTest, ReadFailuresLeaveTheOutputAndNamePathAndCause) {
-    writeFileAtomic(at("long"), "123");
-    ASSERT_EQ(::mkfifo(at("pipe").c_str(), 0600), 0);
-    const struct {
-        std::string path;
-        int error;
-    } rows[] = {{at("long"), EFBIG},
-                {at("none"), ENOENT},
-                {folder.path(), EISDIR},
-                {at("pipe"), EINVAL},
-                {"/dev/zero", EINVAL}};
-    for (const auto& row : rows) {
+    writeFileAtomic(path("long"), "123");
+    ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+    const std::pair<std::string, int> rows[] = {{path("long"), EFBIG},
+                                                {path("none"), ENOENT},
+                                                {path(), EISDIR},
+                                                {path("pipe"), EINVAL},
+                                                {"/dev/zero", EINVAL}};
+    for (const auto& [file, error] : rows) {
         std::string out = "old";
-        EXPECT_EQ(readFile(row.path, 2, out), -1) << row.path;
-        EXPECT_EQ(errno, row.error) << row.path;
+        EXPECT_EQ(readFile(file, 2, out), -1) << file;
+        EXPECT_EQ(errno, error) << file;
         EXPECT_EQ(out, "old");
-        EXPECT_NE(getErrorMessage().find("\"" + row.path + "\": " + errnoText(row.error)), std::string::npos)
+        EXPECT_NE(getErrorMessage().find("\"" + file + "\": " + errnoText(error)), std::string::npos)
             << getErrorMessage();
     }
 }
 
 TEST_F(FileTest, WritingKeepsModeAndLink) {
     const mode_t umaskBefore = ::umask(027);
-    ASSERT_EQ(writeFileAtomic(at("f"), "new"), 0);
-    EXPECT_EQ(modeOf(at("f")), 0640U);
-    fs::permissions(at("f"), fs::perms(0606));
-    fs::create_symlink("f", at("link"));
-    ASSERT_EQ(writeFileAtomic(at("link"), "newer"), 0);
+    ASSERT_EQ(writeFileAtomic(path("f"), "new"), 0);
+    EXPECT_EQ(fs::status(path("f")).permissions(), fs::perms(0640));
+    fs::permissions(path("f"), fs::perms(0606));
+    fs::create_symlink("f", path("link"));
+    ASSERT_EQ(writeFileAtomic(path("link"), "newer"), 0);
     ::umask(umaskBefore);
-    EXPECT_TRUE(fs::is_symlink(at("link")));
-    EXPECT_EQ(test::contentOf(at("f")), "newer");
-    EXPECT_EQ(modeOf(at("f")), 0606U);
+    EXPECT_TRUE(fs::is_symlink(path("link")));
+    EXPECT_EQ(test::contentOf(path("f")), "newer");
+    EXPECT_EQ(fs::status(path("f")).permissions(), fs::perms(0606));
 }
 
 TEST_F(FileTest, WriteFailuresLeaveTheOldFileAndNothingElse) {
-    fs::create_directory(at("d"));
-    EXPECT_EQ(writeFileAtomic(at("d"), "x"), -1);
+    fs::create_directory(path("d"));
+    EXPECT_EQ(writeFileAtomic(path("d"), "x"), -1);
     EXPECT_EQ(errno, EISDIR);
-    EXPECT_EQ(writeFileAtomic(at("none/f"), "x"), -1);
+    EXPECT_EQ(writeFileAtomic(path("none/f"), "x"), -1);
     EXPECT_EQ(errno, ENOENT);
 
-    ASSERT_EQ(writeFileAtomic(at("f"), "old"), 0);
+    ASSERT_EQ(writeFileAtomic(path("f"), "old"), 0);
     EXPECT_EQ(test::inChild([&] {
                   test::limitFileSize(1000);
-                  return writeFileAtomic(at("f"), std::string(100000, 'x')) == -1 ? errno : 0;
+                  return writeFileAtomic(path("f"), std::string(100000, 'x')) == -1 ? errno : 0;
               }),
               EFBIG);
-    EXPECT_EQ(test::contentOf(at("f")), "old");
-    EXPECT_EQ(folder.files(), 2) << "the folder and the old file";
+    EXPECT_EQ(test::contentOf(path("f")), "old");
+    EXPECT_EQ(files(), 2) << "the folder and the old file";
+}
+
+TEST_F(FileTest, WhicheverCallFailsTheFileIsWhole) {
+    std::string failed;
+    for (int due = 1; due <= 5; ++due) {
+        write("f", "old");
+        faultError = due % 2 == 0 ? ENOSPC : EIO;
+        callsUntilFault = due;
+        EXPECT_EQ(writeFileAtomic(path("f"), "new"), -1) << due;
+        EXPECT_EQ(std::exchange(callsUntilFault, 0), 0) << due;
+        failed += faultCall + ' ';
+        const std::string& reason = getErrorMessage();
+        EXPECT_NE(reason.find(errnoText(faultError)), std::string::npos) << reason;
+        EXPECT_NE(reason.find(path("f")), std::string::npos) << reason;
+        const bool onlyFolderIsUnsafe = reason.find("folder") != std::string::npos;
+        EXPECT_EQ(onlyFolderIsUnsafe, due == 5) << reason;
+        EXPECT_EQ(test::contentOf(path("f")), onlyFolderIsUnsafe ? "new" : "old") << failed;
+        EXPECT_EQ(files(), 1) << "nothing is left beside it";
+    }
+    EXPECT_EQ(failed, "fchmod write fsync rename fsync ");
+    callsUntilFault = 6;
+    EXPECT_EQ(writeFileAtomic(path("f"), "new"), 0);
+    EXPECT_EQ(std::exchange(callsUntilFault, 0), 1) << "no further call could fail";
 }
 
 TEST_F(FileTest, OpensClosedOnExecAndRemoves) {
-    const int descriptor = openU(at("f"), O_CREAT | O_RDWR, 0600);
+    const int descriptor = openU(path("f"), O_CREAT | O_RDWR, 0600);
     ASSERT_GE(descriptor, 0);
     EXPECT_EQ(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
     ::close(descriptor);
-    EXPECT_EQ(removeFile(at("f")), 0);
-    EXPECT_EQ(removeFile(at("f")), -1);
+    EXPECT_EQ(removeFile(path("f")), 0);
+    EXPECT_EQ(removeFile(path("f")), -1);
 }
-
-TEST(Process, TitleIsTheProgramsName) { EXPECT_NE(getproctitle().find("common_test"), std::string::npos); }
 
 } // namespace
 } // namespace HBX

@@ -6,10 +6,9 @@
 #include <atomic>
 #include <cerrno>
 #include <stdexcept>
-#include <thread>
-#include <vector>
 
 #include "support/CapturedLog.h"
+#include "support/Threads.h"
 
 namespace HBX {
 namespace {
@@ -80,15 +79,15 @@ TEST_F(LogTest, SinkMayBeReplacedWhileThreadsLog) {
     std::atomic<int> count{0};
     const HBXLogSink sink = [&](const HBXLogLine&) { ++count; };
     setLogSink(sink);
-    std::vector<std::jthread> threads(4);
-    for (auto& thread : threads)
-        thread = std::jthread([this] {
-            for (int n = 0; n < 500; ++n)
-                log.put(1, "line %d", n);
-        });
-    for (int n = 0; n < 50; ++n)
-        setLogSink(sink);
-    threads.clear();
+    const auto write = [this] {
+        for (int n = 0; n < 500; ++n)
+            log.put(1, "line %d", n);
+    };
+    const auto replace = [&] {
+        for (int n = 0; n < 50; ++n)
+            setLogSink(sink);
+    };
+    test::runThreads({write, write, write, write, replace});
     EXPECT_EQ(count, 4 * 500);
 }
 

@@ -11,26 +11,19 @@ namespace {
 int signOf(int value) { return (value > 0) - (value < 0); }
 
 TEST(CompareNoCase, OrdersByAsciiLettersInLowerCase) {
-    const struct {
-        const char *a, *b;
-        int length, result;
-    } rows[] = {
+    const std::tuple<const char*, const char*, int, int> rows[] = {
         {"CN", "cn", -1, 0},  {"a", "B", -1, -1}, {"ab", "abc", -1, -1}, {"abX", "ABy", 2, 0},
         {"ab", "abc", 3, -1}, {"a", "b", 0, 0},   {"[", "{", -1, -1},    {"\xC4", "\xE4", -1, -1},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(signOf(compareNoCase(row.a, row.b, row.length)), row.result) << row.a << " " << row.b;
-        EXPECT_EQ(signOf(compareNoCase(row.b, row.a, row.length)), -row.result) << row.b << " " << row.a;
+    for (const auto& [a, b, length, result] : rows) {
+        EXPECT_EQ(signOf(compareNoCase(a, b, length)), result) << a << " " << b;
+        EXPECT_EQ(signOf(compareNoCase(b, a, length)), -result) << b << " " << a;
     }
     EXPECT_EQ(toLower("AZ[az\xC4 09"), "az[az\xC4 09");
 }
 
 TEST(Numbers, AreReadWholeAndInRange) {
-    const struct {
-        const char* text;
-        bool is32, is64;
-        std::int64_t value;
-    } rows[] = {
+    const std::tuple<const char*, bool, bool, std::int64_t> rows[] = {
         {" \t\r\n-12 \n", true, true, -12},
         {"007", true, true, 7},
         {"2147483647", true, true, 2147483647},
@@ -38,13 +31,13 @@ TEST(Numbers, AreReadWholeAndInRange) {
         {"-9223372036854775808", false, true, INT64_MIN},
         {"9223372036854775808", false, false, 0},
     };
-    for (const auto& row : rows) {
+    for (const auto& [text, is32, is64, value] : rows) {
         std::int32_t narrow = 99;
         std::int64_t wide = 99;
-        EXPECT_EQ(parseInt32(row.text, narrow), row.is32) << row.text;
-        EXPECT_EQ(narrow, row.is32 ? row.value : 99) << row.text;
-        EXPECT_EQ(parseInt64(row.text, wide), row.is64) << row.text;
-        EXPECT_EQ(wide, row.is64 ? row.value : 99) << row.text;
+        EXPECT_EQ(parseInt32(text, narrow), is32) << text;
+        EXPECT_EQ(narrow, is32 ? value : 99) << text;
+        EXPECT_EQ(parseInt64(text, wide), is64) << text;
+        EXPECT_EQ(wide, is64 ? value : 99) << text;
     }
     for (const char* text : {"", " ", "+1", "- 1", "1 2", "0x10", "1.0.", "1\v", "1e", "1,5", "1e999"}) {
         std::int64_t wide = 99;

@@ -8,7 +8,8 @@
 #include <cerrno>
 #include <memory>
 #include <thread>
-#include <vector>
+
+#include "support/Threads.h"
 
 namespace HBX {
 namespace {
@@ -34,15 +35,13 @@ TEST(ThreadStorage, HoldsAValuePerThreadAndObjectUntilTheThreadEnds) {
 TEST(ThreadLock, KeepsOthersOut) {
     HBXLock lock;
     int counter = 0;
-    std::vector<std::jthread> threads(4);
-    for (auto& thread : threads)
-        thread = std::jthread([&] {
-            for (int n = 0; n < 1000; ++n) {
-                const HBXLockGuard guard(lock);
-                ++counter;
-            }
-        });
-    threads.clear();
+    const auto count = [&] {
+        for (int n = 0; n < 1000; ++n) {
+            const HBXLockGuard guard(lock);
+            ++counter;
+        }
+    };
+    test::runThreads({count, count, count, count});
     EXPECT_EQ(counter, 4000);
     const HBXLockGuard guard(lock);
     std::jthread([&] { EXPECT_FALSE(lock.try_lock()); });

@@ -1,56 +1,38 @@
 #include "ConfigurationTestUtil.h"
 
-#include <gmock/gmock.h>
-
 #include <HBXCommon/HBXInstanceFolders.h>
 #include <HBXCommon/HBXLog.h>
 #include <HBXCommon/OptionManager.h>
 #include <HBXFunctionalityCore/configuration/DebugConfiguration.h>
 
+#include "support/CapturedLog.h"
+
 namespace HBX::test {
 namespace {
 
-using testing::ElementsAre;
-
-const std::string kRead = "HBX::oh_read_global_config_option";
-const std::string kGet = "HBX::oh_get_global_config_option";
+const std::string kRead = "[HBX::oh_read_global_config_option]";
 const std::string kPath = "/data/system/configuration/sorting_order";
 
-/// Keeps lines as "level text"; the global configuration file is one of the test's own.
+/// The global configuration file is one of the test's own.
 class DebugSettings : public ConfigurationFile {
 protected:
     DebugSettings() {
         setFolderProvider({.etc = {}, .configurationFile = [this] { return path("agent.xml"); }});
-        setLogSink([this](const HBXLogLine& line) {
-            lines.push_back(std::to_string(line.level) + " " + std::string(line.text));
-            place = std::string(line.place.module) + " " + line.place.file + " " + line.place.function;
-        });
     }
     void TearDown() override {
-        setLogSink(nullptr);
         setFolderProvider({});
         debug_level = 2;
     }
 
-    void storeOrder(const std::string& order) const {
-        write("agent.xml", messageText("<data><system><configuration><sorting_order>" + order +
-                                       "</sorting_order></configuration></system></data>"));
-    }
-
-    std::vector<std::string> takeLines() { return std::exchange(lines, {}); }
-
-    std::vector<std::string> lines;
-    std::string place;
+    CapturedLog log;
 };
 
 TEST_F(DebugSettings, OptionIsReadAndToldOrKeepsTheDefault) {
-    const std::string failed = "1 [" + kRead + "] ";
-    const std::string unread = failed + "can't read config file: " + path("agent.xml");
-    const std::string unparsed = failed + "Can't parse /data option from global config with error 1.";
+    const std::string failed = "1 " + kRead + ' ';
     const std::tuple<std::string, std::string, int, std::string> rows[] = {
-        {"", "/data", 7, unread}, // no file
+        {"", "/data", 7, failed + "can't read config file: " + path("agent.xml")}, // there is none
         {"1", kPath, 7, failed + "Can't seek path: " + kPath},
-        {"99999999999", "/data", 7, unparsed},
+        {"99999999999", "/data", 7, failed + "Can't parse /data option from global config with error 1."},
         {"1", "/data", 1, "4 Get 1 for /data"},
     };
     debug_level = 4;
@@ -61,62 +43,58 @@ TEST_F(DebugSettings, OptionIsReadAndToldOrKeepsTheDefault) {
         int value = 7;
         EXPECT_EQ(oh_read_global_config_option(option.c_str(), &value), expected == 7 ? 1 : 0) << line;
         EXPECT_EQ(value, expected);
-        EXPECT_THAT(takeLines(),
-                    ElementsAre("4 Calling [" + kRead + "] for " + option,
-                                "4 [" + kRead + "] read config file from: " + path("agent.xml"), line));
+        EXPECT_EQ(log.take(), "4 Calling " + kRead + " for " + option + "\n4 " + kRead +
+                                  " read config file from: " + path("agent.xml") + '\n' + line + '\n');
     }
-    EXPECT_EQ(place, "HBXFunctionalityCore core/src/HBXCommon/OptionManager " + kRead);
     int value = 7;
     EXPECT_EQ(oh_get_global_config_option(kPath.c_str(), &value, &value, &value, true), 1);
 }
 
 TEST_F(DebugSettings, OptionOutOfRangeIsToldAndKeepsTheDefault) {
-    const std::string refused = "1 [" + kGet + "] Value : " + kPath + " must be from 0..2";
     const int min = 0;
     const int max = 2;
     for (const bool inclusive : {false, true}) {
         for (int stored = min - 1; stored <= max + 1; ++stored) {
-            storeOrder(std::to_string(stored));
+            write("agent.xml",
+                  messageText("<data><system><configuration><sorting_order>" + std::to_string(stored) +
+                              "</sorting_order></configuration></system></data>"));
             int value = 7;
             EXPECT_EQ(oh_get_global_config_option(kPath.c_str(), &value, &min, &max, inclusive), 0);
             const bool isInside = stored == 1 || (inclusive && stored >= min && stored <= max);
             EXPECT_EQ(value, isInside ? stored : 7);
-            EXPECT_EQ(takeLines(), std::vector<std::string>(isInside ? 0 : 1, refused));
+            EXPECT_EQ(log.take(), isInside ? ""
+                                           : "1 [HBX::oh_get_global_config_option] Value : " + kPath +
+                                                 " must be from 0..2\n");
             EXPECT_EQ(Debug::Configuration(HBXConfiguration()).order(), stored == 1 ? 1 : 0);
-            takeLines();
+            log.take();
         }
     }
 }
 
 TEST_F(DebugSettings, LevelIsReturnedWhateverItIsTheRestHasDefaults) {
     const std::string level = "1 [HBX::Debug::Configuration::level] ";
+    const std::string invalid = level + "Invalid log_level value. It must be an integer between 0 and 6\n";
+    const std::string unread = level + "Reconfigure. Failed to read log_level from configuration.\n";
     const std::string filter = "1 [HBX::Debug::Configuration::filter] Failed to read log_";
-    const std::string invalid = level + "Invalid log_level value. It must be an integer between 0 and 6";
-    const std::string unread = level + "Reconfigure. Failed to read log_level from configuration.";
-    const std::string noProcess = filter + "process_plugins from configuration.";
-    const std::string noIgnore = filter + "ignore_plugins from configuration.";
+    const std::string noFilter =
+        filter + "process_plugins from configuration.\n" + filter + "ignore_plugins from configuration.\n";
     const std::string full = "<log_func_name_level>3</log_func_name_level><log_process_plugins>a,b"
                              "</log_process_plugins><log_ignore_plugins>c</log_ignore_plugins>";
     // Level, format, what to process and what to ignore; and what is told about them.
-    const std::tuple<HBXConfiguration, std::string, std::vector<std::string>> rows[] = {
-        {withSection("system", full + "<log_level>0</log_level>"), "0 3 a,b c", {}},
-        {withSection("system", full + "<log_level>6</log_level>"), "6 3 a,b c", {}},
-        {withSection("system", full + "<log_level>7</log_level>"), "7 3 a,b c", {invalid}},
-        {withSection("system", full + "<log_level>x</log_level>"), "-1 3 a,b c", {unread, invalid}},
-        {withSection("system", ""), "-1 0  ", {unread, invalid, noProcess, noIgnore}},
-        {configured("<data/>"), "-1 0  ", {invalid}},
+    const std::tuple<HBXConfiguration, std::string, std::string> rows[] = {
+        {withSection("system", full + "<log_level>6</log_level>"), "6 3 a,b c", ""},
+        {withSection("system", full + "<log_level>7</log_level>"), "7 3 a,b c", invalid},
+        {withSection("system", ""), "-1 0  ", unread + invalid + noFilter},
+        {configured("<data/>"), "-1 0  ", invalid},
     };
     for (const auto& [configuration, expected, told] : rows) {
         Debug::Configuration settings(configuration);
-        std::ostringstream seen;
-        seen << settings.level();
-        seen << ' ' << settings.format() << ' ';
+        const std::string numbers =
+            std::to_string(settings.level()) + ' ' + std::to_string(settings.format());
         const Debug::ModuleFilter modules = settings.filter();
-        EXPECT_EQ(seen.str() + modules.process() + ' ' + modules.ignore(), expected);
-        EXPECT_EQ(takeLines(), told) << expected;
+        EXPECT_EQ(numbers + ' ' + modules.process() + ' ' + modules.ignore(), expected);
+        EXPECT_EQ(log.take(), told) << expected;
     }
-    EXPECT_EQ(place, "HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXConfig "
-                     "HBX::Debug::Configuration::level");
 }
 
 TEST_F(DebugSettings, EachCallReadsAfreshAndCopiesTakeTheSection) {

@@ -20,8 +20,6 @@ protected:
 
 TEST_F(LocalConfiguration, IdentifierIsReadOnceForEachInstallation) {
     EXPECT_EQ(HBXConfiguration::getLocalConfig().getMessage(), nullptr);
-    EXPECT_EQ(HBXConfiguration::getLocalEID(), HBXEID());
-
     EXPECT_EQ(HBXConfiguration::setLocalConfig(messageOf(0).get()), 0);
     EXPECT_EQ(HBXConfiguration::getLocalEID(), HBXEID());
     HBXConfiguration::getLocalConfig().setEID(eid(1));

@@ -23,14 +23,11 @@ TEST_F(ProgramTest, CompletionOffersWhatCanFollow) {
         {"env list --state down --cache a", "a file "},
         {"env list --type ''", ""},
         {"env get ''", "--cache --help --json "},
-        {"message convert b --to b", "binary "},
         {"message convert -o b", "b "},
         {"message convert --to text b ''", "a file b hbx.bash "},
-        {"call b ''", "a file b hbx.bash "},
         {"help ex", "exit-codes "},
         {"help schedule n", "next "},
         {"evn ''", ""},
-        {"env lsit --", ""},
     };
     std::filesystem::create_directory(path("folder"));
     write("folder/hbx.bash", out({"completion", "bash"}));

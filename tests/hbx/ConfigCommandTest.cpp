@@ -1,5 +1,7 @@
 #include "ProgramTest.h"
 
+#include <list>
+
 namespace HBX {
 namespace {
 
@@ -31,12 +33,13 @@ TEST_F(ProgramTest, ConfigListsAndGetsWhatItSet) {
 
 TEST_F(ProgramTest, ConfigSetsOfManyProgramsAtOnceAllCount) {
     const std::string file = write("c.xml", messageText(kTree));
-    std::vector<pid_t> programs;
-    for (const char* name : {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l"}) {
-        programs.push_back(start({"config", "set", file, std::string("/s/many/") + name, "1"}, {}));
+    std::list<test::ChildProcess> programs;
+    for (int number = 0; number < 12; ++number) {
+        const std::string setting = "/s/many/n" + std::to_string(number);
+        programs.emplace_back([&] { return execute({"config", "set", file, setting, "1"}, {}); });
     }
-    for (const pid_t program : programs) {
-        EXPECT_EQ(end(program, {}).code, 0);
+    for (test::ChildProcess& program : programs) {
+        EXPECT_EQ(program.wait(), 0);
     }
     EXPECT_EQ(linesOf(out({"config", "list", file, "/s/many"})), programs.size());
 }

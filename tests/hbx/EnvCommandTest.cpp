@@ -32,20 +32,16 @@ TEST_F(EnvCommandTest, WhatGetPrintsCanBePutAgainAndRemoved) {
 }
 
 TEST_F(EnvCommandTest, ATypeComesFromOptionMessageCacheOrIsGeneric) {
-    const struct {
-        std::string inMessage;
-        Words options;
-        std::string then;
-    } rows[] = {
+    const std::tuple<std::string, Words, std::string> rows[] = {
         {"", {}, "generic"},
         {"lab", {}, "lab"},
         {"", {}, "lab"},
         {"lab", {"--type", "sixteen-bytes-ok"}, "sixteen-bytes-ok"},
     };
-    for (const auto& row : rows) {
-        const std::string file = messageOf({{kHost, kNull, "", 6, row.inMessage}});
-        EXPECT_EQ(out(call(joined({"put", file}, row.options))), "");
-        EXPECT_EQ(listed()[0]["type"], row.then);
+    for (const auto& [inMessage, options, then] : rows) {
+        const std::string file = messageOf({{kHost, kNull, "", 6, inMessage}});
+        EXPECT_EQ(out(call(joined({"put", file}, options))), "");
+        EXPECT_EQ(listed()[0]["type"], then);
     }
     const std::string none = write("none.xml", messageText("<data/>"));
     const std::string bad = write("bad.xml", messageText("<env><eid>" + kHost + "</eid></env>"));
@@ -60,13 +56,13 @@ TEST_F(EnvCommandTest, ATypeComesFromOptionMessageCacheOrIsGeneric) {
 
 TEST_F(EnvCommandTest, OnlyPutMakesAFile) {
     const std::vector<Words> verbs = openingVerbs();
-    const Words before = files();
+    EXPECT_EQ(env({"check"}).code, 3);
+    const std::ptrdiff_t before = files();
     for (const Words& words : verbs) {
         if (words[0] != "put") {
             expectFailures({{3, cache_ + ": there is no such cache file\n", call(words)}});
         }
     }
-    EXPECT_EQ(env({"check"}).code, 3);
     EXPECT_EQ(files(), before);
     EXPECT_EQ(out({"env", "put", messageOf({{kHost}})}), "");
     EXPECT_TRUE(std::filesystem::exists(path("home/environments.cache"))); // HBX_HOME of the tests
@@ -76,44 +72,33 @@ TEST_F(EnvCommandTest, OnlyPutMakesAFile) {
 TEST_F(EnvCommandTest, WhatIsNoCacheInOrderIsToldAndLeftAloneUnlessForced) {
     putThree();
     const std::string good = contentOf(cache_);
-    const auto changed = [&](std::vector<std::size_t> offsets, std::uint64_t value, std::size_t width = 4) {
-        std::string bytes = good;
-        for (const std::size_t offset : offsets) {
-            bytes.replace(offset, width, reinterpret_cast<const char*>(&value), width);
-        }
-        return bytes;
+    const auto changed = [&](std::size_t offset, std::uint64_t value, std::size_t width) {
+        return std::string(good).replace(offset, width, reinterpret_cast<const char*>(&value), width);
     };
     const std::string other = "this is no cache file, it is left as it is\n";
-    const struct {
-        int code;
-        std::string bytes, complaint, finding;
-    } rows[] = {
+    const std::tuple<int, std::string, std::string, std::string> rows[] = {
         {3, "my notes\n", other, ""},
         {3, std::string(100'000, '\0'), other, ""},
-        {3, changed({49, 53, 57}, 0x41), other, ""},
-        {5, changed({53}, 78), "damaged: the header size", "53: damage: the header size is 78 instead of 77"},
-        {5, changed({49}, 1), "damaged: the sig", "49: damage: the signature is 1 instead of 3402563075"},
-        {5, changed({73}, 0), "the file is marked as", "73: damage: the file is marked as abandoned"},
-        {5, changed({40}, 0, 8), "damaged: there is no read", "40: damage: there is no current snapshot"},
-        {5, changed({40}, 4080, 8), "damaged: there is no readable state", "4080: damage: "},
+        {5, changed(73, 0, 4), "the file is marked as", "73: damage: the file is marked as abandoned"},
+        {5, changed(40, 4080, 8), "damaged: there is no readable state", "4080: damage: "},
     };
-    for (const auto& row : rows) {
-        write("cache", row.bytes);
+    for (const auto& [code, bytes, complaint, finding] : rows) {
+        write("cache", bytes);
         std::filesystem::remove(cache_ + ".lock");
-        const Words before = files();
+        const std::ptrdiff_t before = files();
         const Ended checked = env({"check"});
         EXPECT_EQ(checked.code, 5);
-        EXPECT_EQ(checked.out.rfind(cache_ + ": offset " + row.finding, 0), 0U) << checked.out;
+        EXPECT_EQ(checked.out.rfind(cache_ + ": offset " + finding, 0), 0U) << checked.out;
         EXPECT_EQ(Json::parse(env({"check", "--json"}).out)["verdict"], "damaged");
         for (const Words& words : openingVerbs()) {
-            expectFailures({{row.code, cache_ + ": " + row.complaint, call(words)}});
+            expectFailures({{code, cache_ + ": " + complaint, call(words)}});
         }
-        EXPECT_EQ(contentOf(cache_), row.bytes);
-        EXPECT_TRUE(row.code == 5 || files() == before);
+        EXPECT_EQ(contentOf(cache_), bytes);
+        EXPECT_TRUE(code == 5 || files() == before);
         EXPECT_EQ(out(call({"put", "--force", messageOf({{kWeb}})})), "");
         EXPECT_EQ(listed().size(), 1U);
     }
-    write("cache", changed({8}, 64, 8)); // bytes in used blocks: the next opener repairs that
+    write("cache", changed(8, 64, 8)); // bytes in used blocks: the next opener repairs that
     const std::string checked = out(call({"check"}));
     EXPECT_NE(checked.find(": offset 0: repairable: "), std::string::npos) << checked;
     EXPECT_EQ(listed().size(), 3U);
@@ -176,30 +161,31 @@ void waitForLines(std::size_t count, const Words& files) {
 
 TEST_F(EnvCommandTest, WatchSeesWhatOtherProcessesDo) {
     putThree();
-    const Streams lines = {.out = "text", .err = "text.err"};
-    const Streams documents = {.out = "json", .err = "json.err"};
-    const pid_t watcher = start(call({"watch"}), lines);
-    const pid_t counter = start(call({"watch", "--json", "--count", "4"}), documents);
+    const Words files = {path("text"), path("json")};
+    const auto watch = [&](const Words& options, const std::string& file) {
+        return execute(call(joined({"watch"}, options)), {.out = file, .err = file + ".err"});
+    };
+    test::ChildProcess watcher([&] { return watch({}, files[0]); });
+    test::ChildProcess counter([&] { return watch({"--json", "--count", "4"}, files[1]); });
     for (int i = 0; i < 1000 && json(call({"readers"}))["processes"].size() < 2; ++i) {
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(200)); // from being attached to the first look
     put({{kHost, kNull, "node", 3, "host"}});
-    waitForLines(1, {path("text"), path("json")});
+    waitForLines(1, files);
     env({"remove", kHost});
-    waitForLines(2, {path("text"), path("json")});
+    waitForLines(2, files);
     put({{kHost, kNull, "node", 3, "host"}, {kBare, kHost, "bare", 5}});
-    waitForLines(4, {path("text")});
-    ::kill(watcher, SIGINT);
-    const Ended interrupted = end(watcher, lines);
-    EXPECT_EQ(interrupted.code, 0) << interrupted.err;
-    EXPECT_EQ(interrupted.out, "~ node " + kHost + ": state \"running\" -> \"down\"\n- node " + kHost +
-                                   "\n+ node " + kHost + "\n~ bare " + kBare + ": title \"" + kBare +
-                                   "\" -> \"bare\", " + "state \"running\" -> \"suspended\", parent \"" +
-                                   kWeb + "\" -> \"" + kHost + "\", configuration\n");
-    const Ended counted = end(counter, documents);
-    EXPECT_EQ(counted.code, 0) << counted.err;
-    EXPECT_EQ(linesOf(counted.out), 4U);
-    const Json change = Json::parse(counted.out.substr(0, counted.out.find('\n')));
+    waitForLines(4, {files[0]});
+    watcher.signal(SIGINT);
+    EXPECT_EQ(watcher.wait(), 0) << contentOf(files[0] + ".err");
+    EXPECT_EQ(contentOf(files[0]), "~ node " + kHost + ": state \"running\" -> \"down\"\n- node " + kHost +
+                                       "\n+ node " + kHost + "\n~ bare " + kBare + ": title \"" + kBare +
+                                       "\" -> \"bare\", " + "state \"running\" -> \"suspended\", parent \"" +
+                                       kWeb + "\" -> \"" + kHost + "\", configuration\n");
+    EXPECT_EQ(counter.wait(), 0) << contentOf(files[1] + ".err");
+    const std::string documents = contentOf(files[1]);
+    EXPECT_EQ(linesOf(documents), 4U);
+    const Json change = Json::parse(documents.substr(0, documents.find('\n')));
     EXPECT_EQ(change["schema"], 1);
     EXPECT_EQ(change["change"], "changed");
     EXPECT_EQ(change["environment"]["eid"], kHost);

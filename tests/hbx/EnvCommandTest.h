@@ -54,11 +54,6 @@ protected:
         return {{"list"}, {"get", kHost}, {"put", messageOf({{kHost}})}, {"remove", kHost},
                 {"stat"}, {"readers"},    {"watch", "--timeout", "0"}};
     }
-    Words files() const {
-        Words names = filesIn(path(""));
-        std::erase_if(names, [](const std::string& name) { return name.find("std") != std::string::npos; });
-        return names;
-    }
 };
 
 } // namespace HBX

@@ -36,8 +36,6 @@ TEST_F(HelpTest, WrongCallsSayWhyAndHow) {
         {2, "which verb?", {"message"}},
         {2, "there is no verb \"eat\"", {"message", "eat"}},
         {2, "wrong number of operands", {"message", "show"}},
-        {2, "wrong number of operands", {"message", "show", file, file}},
-        {2, "wrong number of operands", {"call"}},
         {2, "unrecognised option '--inde'", {"message", "show", "--inde", "3", file}},
         {2, "the argument ('two') for option '--indent' is", {"message", "show", "--indent", "two", file}},
         {2, "--indent is 0 to 16", {"message", "show", "--indent=-1", file}},

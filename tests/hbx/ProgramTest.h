@@ -6,13 +6,13 @@
 #include <filesystem>
 #include <regex>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "support/ChildProcess.h"
 #include "support/ScratchFolder.h"
 #include "support/TextMessage.h"
 
@@ -81,7 +81,8 @@ protected:
         std::filesystem::copy_file(sample("agent.xml"), path("home/agent.xml"));
     }
     Ended run(const Words& words, const Streams& streams = {}) const {
-        return end(start(words, streams), streams);
+        const int code = test::inChild([&] { return execute(words, streams); });
+        return {code, caught(streams.out), caught(streams.err)};
     }
 
     /// What a call that succeeds prints.
@@ -109,32 +110,19 @@ protected:
         }
     }
 
-    /// A run that goes on beside the test. Its streams must not be those of another.
-    pid_t start(Words words, const Streams& streams) const {
-        const pid_t child = fork();
-        if (child == 0) {
-            dup2(open(path(streams.in).c_str(), O_RDONLY), STDIN_FILENO);
-            dup2(open(path(streams.out).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
-            dup2(open(path(streams.err).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, 0600),
-                 STDERR_FILENO);
-            setenv("TZ", streams.zone.c_str(), 1);
-            setenv("HBX_HOME", path("home").c_str(), 1); // the user's own files are not for tests
-            std::vector<char*> arguments = {const_cast<char*>("hbx")};
-            for (std::string& word : words) {
-                arguments.push_back(word.data());
-            }
-            arguments.push_back(nullptr);
-            execv(HBX_PROGRAM, arguments.data());
-            _exit(127);
+    /// Makes this process a run of the program. The streams of two at a time must not be the same.
+    int execute(Words words, const Streams& streams) const {
+        dup2(open(path(streams.in).c_str(), O_RDONLY), STDIN_FILENO);
+        dup2(open(path(streams.out).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+        dup2(open(path(streams.err).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, 0600), STDERR_FILENO);
+        setenv("TZ", streams.zone.c_str(), 1);
+        setenv("HBX_HOME", path("home").c_str(), 1); // the user's own files are not for tests
+        std::vector<char*> arguments = {const_cast<char*>("hbx")};
+        for (std::string& word : words) {
+            arguments.push_back(word.data());
         }
-        return child;
-    }
-
-    Ended end(pid_t child, const Streams& streams) const {
-        int status = 0;
-        waitpid(child, &status, 0);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status), caught(streams.out),
-                caught(streams.err)};
+        arguments.push_back(nullptr);
+        return execv(HBX_PROGRAM, arguments.data());
     }
 
 private:

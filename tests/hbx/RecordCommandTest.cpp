@@ -37,9 +37,7 @@ TEST_F(ProgramTest, EveryTemplateIsTheRecordThatItIsMadeOf) {
 
 TEST_F(ProgramTest, ChecksNameTheFirstElementThatDoesNotFit) {
     const std::string nic = "<device_id>d</device_id><name>n</name>";
-    const struct {
-        std::string type, content, complaint;
-    } rows[] = {
+    const std::tuple<std::string, std::string, std::string> rows[] = {
         {"HBXCheck", "<a/>", "/name: expected string, found no such element"},
         {"HBXNetVLAN", nic + "<mtu>x&#10;y</mtu>", "/mtu: expected int, found \"x?y\""},
         {"HBXNetNIC", nic + "<mtu/>", "/mtu: expected int, found no value"},
@@ -50,9 +48,9 @@ TEST_F(ProgramTest, ChecksNameTheFirstElementThatDoesNotFit) {
          "/trigger: expected one of \"scheduler:daily_trigger\", "},
         {"HBXDate", "<a/>", "/: expected HBXDate, found values that its own rules refuse"},
     };
-    for (const auto& row : rows) {
-        const std::string file = write("message", messageText(row.content));
-        expectFailures({{3, file + ": " + row.complaint, {"record", "check", "--as", row.type, file}}});
+    for (const auto& [type, content, complaint] : rows) {
+        const std::string file = write("message", messageText(content));
+        expectFailures({{3, file + ": " + complaint, {"record", "check", "--as", type, file}}});
     }
     const std::string good = write("message", messageText(nic + "<own/><mtu>1</mtu><mtu>x</mtu>"));
     EXPECT_EQ(out({"record", "check", "--as", "HBXNetNIC", good}), "");

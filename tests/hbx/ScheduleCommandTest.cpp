@@ -14,13 +14,7 @@ const std::string kMondays = task("weekly", "<weeks_interval>1</weeks_interval><
 const std::string kDay15 = task("monthly", "<month_day>15</month_day><month>1</month><month>2</month>");
 
 TEST_F(ProgramTest, ListsTheNextRunsOrSaysWhyThereIsNone) {
-    const struct {
-        std::string content;
-        const char* from;
-        const char* out;
-    } rows[] = {
-        {kMondays, "2024-01-08 10:00", // at a run: that one and then the next
-         "Monday 2024-01-08 10:00 +00:00\nMonday 2024-01-15 10:00 +00:00\n"},
+    const std::tuple<std::string, std::string, std::string> rows[] = {
         {task("daily", "<end_time>1704189600</end_time><days_interval>1</days_interval>"), "2024-01-01 10:00",
          "Tuesday 2024-01-02 10:00 +00:00\nno further run: the schedule is over\n"},
         {kDay15, "2024-02-15 10:00", // the end of a month's last run, then back in the past
@@ -28,14 +22,11 @@ TEST_F(ProgramTest, ListsTheNextRunsOrSaysWhyThereIsNone) {
          "no further run: the trigger answers a moment in the past, Friday 2024-02-16 10:00 +00:00\n"},
     };
     const std::string file = path("trigger.xml");
-    for (const auto& row : rows) {
-        write("trigger.xml", messageText(row.content));
-        EXPECT_EQ(out({"schedule", "next", file, "--from", row.from, "--count", "2"}), row.out);
+    for (const auto& [content, from, printed] : rows) {
+        write("trigger.xml", messageText(content));
+        EXPECT_EQ(out({"schedule", "next", file, "--from", from, "--count", "2"}), printed);
     }
-    const struct {
-        int code;
-        std::string reason, content;
-    } refused[] = {
+    const std::tuple<int, std::string, std::string> refused[] = {
         {1, "no run: the schedule is over", task("once", "")},
         {1, "no run: the trigger answers a moment in the past, Friday 2024-02-16", kDay15},
         {3, "no run: the trigger's numbers name no run",
@@ -46,10 +37,9 @@ TEST_F(ProgramTest, ListsTheNextRunsOrSaysWhyThereIsNone) {
         {1, "there is no trigger in it", task("hourly", "")},
         {3, "line 1, column ", "<"},
     };
-    for (const auto& row : refused) {
-        write("trigger.xml", messageText(row.content));
-        expectFailures(
-            {{row.code, file + ": " + row.reason, {"schedule", "next", file, "--from", "2024-06-01"}}});
+    for (const auto& [code, reason, content] : refused) {
+        write("trigger.xml", messageText(content));
+        expectFailures({{code, file + ": " + reason, {"schedule", "next", file, "--from", "2024-06-01"}}});
     }
 }
 

@@ -16,7 +16,6 @@ TEST_F(ProgramTest, TakesIdentifiersApartAndMakesThemOfPrincipals) {
         {{"local", "7", "--eid", kEid}, kUser7 + '\n'},
         {{"local", "4294967295", "--type", "role", "--eid", kEid},
          "S-1-8194-1732584193-4023233417-857870592-2003195204-4294967295\n"},
-        {{"well-known", "local_administrators"}, "2 local_administrators -\n"},
         {{"well-known", "local_administrators", "--eid", kEid},
          "2 local_administrators S-1-8192-1732584193-4023233417-857870592-2003195204-0\n"},
         {{"well-known", "master_environment", "--eid", kEid, "--master", master},

@@ -25,9 +25,6 @@ TEST_F(ProgramTest, AnswersWhatAVocabularyOffers) {
     const std::string other = sample("requests/clock-now.xml");
     expectFailures({
         {1, voc + ": there are no such features\n", {"voc", "features", "--tag", "none", voc}},
-        {1,
-         voc + ": there is no feature \"disk.quota\"\n",
-         {"voc", "has", "disk.quota", "--tag", "network", voc}},
         {1, voc + ": there is no feature \"network\"\n", {"voc", "has", "network", voc}},
         {3, deep + ": line 5", {"voc", "features", deep}},
         {3, other + ": there is no vocabulary in it\n", {"voc", "features", other}},

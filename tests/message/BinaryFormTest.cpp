@@ -1,5 +1,3 @@
-#include <chrono>
-#include <cstring>
 
 #include <gmock/gmock.h>
 
@@ -127,7 +125,7 @@ TEST(BinaryForm, RefusesEveryCutAndStaysCanonicalUnderEveryFlippedBit) {
     EXPECT_GT(accepted, 2400); // the bits of the texts, at least
 }
 
-TEST(BinaryForm, AnswersAbsurdSizesAtOnce) {
+TEST(BinaryForm, TakesNoMemoryForAbsurdSizes) {
     const std::string large(std::size_t{16} << 20, 'x');
     const std::string rows[] = {
         withHeader(large, 0),
@@ -138,11 +136,9 @@ TEST(BinaryForm, AnswersAbsurdSizesAtOnce) {
     };
     for (const std::string& bytes : rows) {
         const std::size_t before = allocatedBytes();
-        const auto start = std::chrono::steady_clock::now();
         const Message target = newMessage();
         EXPECT_EQ(target->init(bytes.data(), static_cast<int>(bytes.size())), -1);
         EXPECT_LT(allocatedBytes(), before + 100'000);
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
     }
 }
 

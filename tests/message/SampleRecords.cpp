@@ -13,22 +13,13 @@ constexpr HBXRow kStamped[] = {member<&Stamped::stamp>(1), member<&Stamped::orig
 constexpr HBXRow kChain[] = {list<&Chain::links>(0, 5)};
 constexpr HBXRow kEverything[] = {
     member<&Everything::number>(3),
-    member<&Everything::large>(4),
-    member<&Everything::flag>(5),
     member<&Everything::real>(6),
-    member<&Everything::text>(7),
-    memberAs<&Everything::bytes>(HBXKind::Base64, 8),
     memberAs<&Everything::fragment>(HBXKind::Xml, 9),
-    memberAs<&Everything::time>(HBXKind::Time, 10),
-    member<&Everything::colour>(11),
-    member<&Everything::code>(12),
     member<&Everything::leaf>(13),
     member<&Everything::mask>(42),
     member<&Everything::maybeNumber>(14),
-    member<&Everything::maybeText>(17),
     member<&Everything::maybeLeaf>(22),
     optional<&Everything::plainNumber>(23),
-    unlessEmpty<&Everything::emptyable>(41),
     list<&Everything::numbers>(27, 28),
     list<&Everything::leafSet>(33, 28),
     list<&Everything::bareNumbers>(0, 35),
@@ -41,7 +32,6 @@ const HBXDerivedParserFactoryT<Circle, Shape> kCircleEntry(false);
 
 } // namespace
 
-constinit const HBXRecordTable Code::table = recordTable<Code>("Code", 0, 0);
 constinit const HBXRecordTable Leaf::table = recordTable<Leaf>("Leaf", 401, 5007, kLeaf);
 constinit const HBXRecordTable Shape::table = recordTable<Shape>("Shape", 292, 5009, kShape);
 constinit const HBXPointerType Shape::family = familyType<Shape>();
@@ -50,11 +40,5 @@ constinit const HBXRecordTable Stamped::table = recordTable<Stamped>("Stamped", 
 constinit const HBXRecordTable Everything::table =
     recordTable<Everything, Stamped>("Everything", 403, 5013, kEverything);
 constinit const HBXRecordTable Chain::table = recordTable<Chain>("Chain", 0, 0, kChain);
-
-int Code::fromString(std::string_view text) {
-    const bool good = text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string_view::npos;
-    letters = good ? text : letters;
-    return good ? 0 : -1;
-}
 
 } // namespace HBX::test

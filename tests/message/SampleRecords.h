@@ -20,22 +20,6 @@ namespace HBX::test {
 using HBX::operator==;
 using HBX::operator<=>;
 
-/// A text record: capital letters only.
-struct Code {
-    std::string letters;
-
-    [[nodiscard]] std::string toString() const { return letters; }
-    [[nodiscard]] bool isEmpty() const { return letters.empty(); }
-    int fromString(std::string_view text);
-    static Code sample(std::uint64_t) { return {}; }
-
-    static const HBXRecordTable table;
-    using Reader = HBXTextReader<Code>;
-    using Writer = HBXTextWriter<Code>;
-    friend bool operator==(const Code&, const Code&) = default;
-    friend auto operator<=>(const Code& a, const Code& b) { return a.letters.compare(b.letters) <=> 0; }
-};
-
 /// A small record with marks.
 struct Leaf {
     int number = 7;
@@ -77,28 +61,17 @@ struct Stamped {
     using Writer = HBXTableWriter<Stamped>;
 };
 
-enum class Colour { Red, Green };
-
 struct Everything : Stamped {
     int number = 0;
-    std::int64_t large = 0;
-    bool flag = false;
     double real = 0;
-    std::string text;
-    std::string bytes;
     std::string fragment;
-    std::int64_t time = 0;
-    Colour colour = Colour::Red;
-    Code code;
     Leaf leaf;
     std::uint32_t mask = 0;
 
     HBXOptionalProperty<int> maybeNumber;
-    HBXOptionalProperty<std::string> maybeText;
     HBXOptionalProperty<Leaf> maybeLeaf;
 
     int plainNumber = 3;
-    Code emptyable;
 
     std::vector<int> numbers;
     std::set<Leaf> leafSet;

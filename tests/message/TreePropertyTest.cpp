@@ -23,16 +23,13 @@ std::string show(const HBXMessageIterator& it) {
     if (it.rawValue(0, text, xml) == 0) {
         dump.append(xml ? "|x'" : "|'").append(text).append("'");
     }
-    std::string attribute;
-    for (const int number : kNumbers) {
-        if (it.getAttr(attribute, number) == 0) {
-            dump += '@' + std::to_string(number) + '=' + attribute;
-        }
-    }
+    std::vector<int> attributes(std::begin(kNumbers), std::end(kNumbers));
     for (const std::string& name : kNames) {
-        if (it.getAttr(attribute, it.idOfName(name)) == 0) {
-            dump += '@' + name + '=' + attribute;
-        }
+        attributes.push_back(it.idOfName(name));
+    }
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+        std::string value;
+        dump += it.getAttr(value, attributes[i]) == 0 ? '@' + std::to_string(i) + '=' + value : "";
     }
     if (it.firstChild() == 0) {
         do {
@@ -166,15 +163,14 @@ std::string show(const Plain& place) {
 /// Everything a cursor offers, on an element that is gone.
 void expectStale(It& it) {
     const Cursor fresh = newCursor();
-    const Cursor twin = secondCursor(it);
     std::string value = "kept";
     int number = 7;
     std::int64_t time = 7;
     char* data = nullptr;
     EXPECT_EQ(it.curID() + it.curNamespaceID(), 0);
-    EXPECT_EQ(it.curName() + it.curType() + twin->curName(), "");
+    EXPECT_EQ(it.curName() + it.curType(), "");
     const int moves[] = {it.seekUp(),     it.seek(5),       it.seek("name"),   it.seekPresence(5),
-                         it.firstChild(), it.nextSibling(), it.nextSibling(5), twin->seekUp()};
+                         it.firstChild(), it.nextSibling(), it.nextSibling(5), secondCursor(it)->seekUp()};
     const int reads[] = {it.getValue(number, 0), it.getValue(value, 5), it.getValue(value, "nobody"),
                          it.getAttr(value, 1026), it.getValueTimeZone(time, number, 5)};
     const int trees[] = {fresh->copyToChild(&it), deserializeToChild(it, bytesOf(it)),
@@ -186,7 +182,6 @@ void expectStale(It& it) {
     EXPECT_EQ(it.toTextFromChild(), nullptr);
     EXPECT_EQ(it.copyMessage(), nullptr);
     EXPECT_TRUE(value == "kept" && number == 7 && time == 7 && data == nullptr);
-    EXPECT_EQ(twin->seek("/"), 0);
 }
 
 /// Two cursors on a tree, and the same two on the model, where removed elements are gone.
@@ -215,7 +210,6 @@ public:
             here = change(it, here, places_[1 - which].lock(), *cursors_[1 - which]);
         }
         places_[which] = here;
-        here.reset();
     }
 
     void check() {

@@ -22,23 +22,11 @@ TEST(NamedProperty, WritesEveryOperationButNone) {
         EXPECT_EQ(it->seekPresence(1638), operation == -1 ? -1 : 0) << operation;
         it->seekUp();
         Property back;
+        back.operation = 7;
         EXPECT_EQ(it->getObject(back, 1918), 0);
-        EXPECT_EQ(back, property);
+        EXPECT_EQ(back.operation, operation == -1 ? 7 : operation) << "a missing code keeps the present one";
+        EXPECT_EQ(back.get(), property.get());
     }
-}
-
-TEST(NamedProperty, ReadsWithoutValuesButNotWithoutName) {
-    const Cursor it = newCursor();
-    Property property;
-    property.operation = 7;
-    it->putValue("v", 1018);
-    EXPECT_EQ(it->getObject(property, 0), -1);
-    it->deleteChild(1018);
-    it->putValue("cn", 1026);
-    EXPECT_EQ(it->getObject(property, 0), 0);
-    EXPECT_EQ(property.name, "cn");
-    EXPECT_EQ(property.operation, 7) << "a missing code keeps the present one";
-    EXPECT_TRUE(property.get().empty());
 }
 
 TEST(NamedProperty, IsOneKeyWhateverTheCaseOfItsName) {
@@ -52,11 +40,10 @@ TEST(NamedProperty, IsOneKeyWhateverTheCaseOfItsName) {
 TEST(NamedProperty, NullPointersInAnOrderedSetEndTheProgram) {
     const auto property = boost::make_shared<Property>();
     const HBXLessNamedOpStrListPropertyPtr less;
-    for (const std::string& place :
-         {abortOf([&] { less(property, nullptr); }), abortOf([&] { less(nullptr, property); })}) {
-        EXPECT_EQ(place, "HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXProperty:30 "
-                         "HBX::HBXLessNamedOpStrListPropertyPtr::operator ()");
-    }
+    EXPECT_EQ(abortOf([&] { less(property, nullptr); }),
+              "HBXFunctionalityCore core/src/HBXFunctionalityCore/HBXProperty:30 "
+              "HBX::HBXLessNamedOpStrListPropertyPtr::operator ()");
+    EXPECT_NE(abortOf([&] { less(nullptr, property); }), "");
 }
 
 } // namespace

@@ -8,7 +8,6 @@ namespace HBX::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr int kItem = 3311;
 
@@ -67,7 +66,7 @@ TEST(SettingsReaders, FilterDoesNotReadWhatIsNotWanted) {
     std::vector<HBXProfile> profiles;
     EXPECT_EQ(HBXProfile::FilterReader({HBXGUID::generate()})(*it, profiles), 0);
     EXPECT_EQ(HBXProfile::FilterReader({id})(*it, profiles), -1);
-    EXPECT_THAT(profiles, IsEmpty());
+    EXPECT_TRUE(profiles.empty());
 }
 
 } // namespace

@@ -14,6 +14,8 @@
 #include <HBXMessage/HBXEncoding.h>
 #include <HBXMessage/HBXMessage.h>
 
+#include "support/CapturedLog.h"
+
 #ifdef __SANITIZE_ADDRESS__
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
@@ -143,14 +145,13 @@ inline std::string abortOf(const std::function<void()>& call) {
         throw Aborted{std::string(place.module) + " " + place.file + ":" + std::to_string(place.line) + " " +
                       place.function};
     });
-    HBXLogSink sink = setLogSink([](const HBXLogLine&) {});
+    const CapturedLog quiet;
     std::string place;
     try {
         call();
     } catch (const Aborted& aborted) {
         place = aborted.place;
     }
-    setLogSink(std::move(sink));
     setAbortHook(std::move(previous));
     return place;
 }

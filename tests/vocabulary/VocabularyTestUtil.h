@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -18,19 +19,11 @@ using Tags = std::set<std::string>;
 
 /// "c:" a category, "p:" a parameter; then its tags, then a value: "p:net,ipv4,common=10".
 inline std::string vocItem(const std::string& words) {
-    const std::size_t equals = words.find('=');
-    std::string rest = words.substr(2, equals == std::string::npos ? equals : equals - 2) + ',';
-    std::string text;
-    for (std::size_t comma = rest.find(','); comma != std::string::npos; comma = rest.find(',')) {
-        const char* element = text.empty() ? "id" : "category";
-        text += std::string("<") + element + '>' + rest.substr(0, comma) + "</" + element + '>';
-        rest.erase(0, comma + 1);
-    }
-    if (equals != std::string::npos) {
-        text += "<data>" + words.substr(equals + 1) + "</data>";
-    }
-    const char* element = words[0] == 'c' ? "category" : "parameter";
-    return std::string("<") + element + '>' + text + "</" + element + '>';
+    std::string text = std::regex_replace(words.substr(2), std::regex("=(.*)"), "<data>$1</data>");
+    text = std::regex_replace(text, std::regex(",([^,<]*)"), "<category>$1</category>");
+    text = std::regex_replace(text, std::regex("^[^<]*"), "<id>$&</id>");
+    const std::string element = words[0] == 'c' ? "category>" : "parameter>";
+    return '<' + element + text + "</" + element;
 }
 
 using VocWords = std::vector<std::string>;
