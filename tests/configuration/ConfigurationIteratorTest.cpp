@@ -140,6 +140,20 @@ TEST(ConfigurationIterator, OutlivesItsConfigurationAndMakesNewOnes) {
     EXPECT_EQ(treeOf(*configuration), kTree);
 }
 
+TEST(ConfigurationIterator, ElementsRemovedElsewhereAreNotTouched) {
+    const HBXConfiguration configuration = configured(kTree);
+    OpenIterator it(configuration, "/system/group");
+    ASSERT_EQ(OpenIterator(configuration, "/system").deleteFromChild(), 0);
+    int value = 3;
+    EXPECT_EQ(it.getValue(value, "inner"), -1);
+    EXPECT_EQ(it.putValue(1, "inner"), -1);
+    EXPECT_EQ(it.seekUp(), -1);
+    EXPECT_EQ(it.firstChild(), -1);
+    EXPECT_EQ(it.curName(), "");
+    EXPECT_EQ(it.seek("/bare"), 0) << "an absolute path brings it back";
+    EXPECT_EQ(it.where(), "data/bare");
+}
+
 TEST(ConfigurationIterator, RestoringWhatWasNotSavedEndsTheProgram) {
     const std::string place = abortOf([] {
         OpenIterator it(configured(kTree));

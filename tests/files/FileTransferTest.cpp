@@ -181,6 +181,18 @@ TEST_F(FileTransfer, ReasonsOfFailedUploads) {
     EXPECT_EQ(getErrorMessage(), "Cannot read from file \"" + file.path + "\": Invalid argument [22]");
 }
 
+TEST_F(FileTransfer, MissingPermissionsAreSaid) {
+    const std::string secret = write("secret", "x");
+    std::filesystem::permissions(secret, std::filesystem::perms::none);
+    HBXFileUploadFromFile upload(secret, "peer", 1);
+    HBXFileDownloadToFile download(secret, "peer", 0, 0, filer(1), nullptr);
+    const uid_t user = geteuid();
+    ASSERT_TRUE(user != 0 || seteuid(65534) == 0) << "nothing is forbidden to root";
+    expectFailure(upload.start(), "Cannot open src file \"" + secret + "\": Permission denied [13]");
+    expectFailure(download.start(), "Cannot open dst file \"" + secret + "\": Permission denied [13]");
+    EXPECT_EQ(seteuid(user), 0);
+}
+
 TEST_F(FileTransfer, DownloadsWhereTheOffsetSays) {
     const std::string target = path("target");
     const struct {

@@ -89,6 +89,14 @@ TEST(Combinators, WritersWrapEveryItemAndStopAtAFailure) {
     EXPECT_EQ(contentText(*it),
               R"(<hbx:element hbx:id="1"/><hbx:element hbx:id="1"><hbx:element hbx:id="2">3)"
               R"(</hbx:element><hbx:element hbx:id="2">4</hbx:element></hbx:element>)");
+    using WriteRecord = HBXWriterIDT<int, Plain::Writer>;
+    std::vector<Plain> records(3);
+    records[1].number = -1;
+    const Cursor other = newCursor();
+    EXPECT_EQ(HBXWriterListT<WriteRecord>(WriteRecord({}, 2))(*other, records), -1);
+    EXPECT_EQ(contentText(*other),
+              R"(<hbx:element hbx:id="2"><id>1</id></hbx:element><hbx:element hbx:id="2"/>)")
+        << "the failed item stays, none follows";
 }
 
 TEST(Combinators, PointersAreReplacedOnlyByAGoodRead) {

@@ -63,7 +63,7 @@ TEST(EncodingCursor, GivesTheBytesAndAnswersOfATree) {
     EXPECT_GT(direct, 1000) << "without a tree";
 }
 
-TEST(EncodingCursor, LargeBlocksGiveTheirMemoryBack) {
+TEST(EncodingCursor, LargeBlocksMoveAtEveryLevelAndGiveTheirMemoryBack) {
     const auto allocatedAfter = [](std::size_t size) {
         const auto nest = [size](It& it) {
             for (int level = 1; level < 256; ++level) {
@@ -72,8 +72,10 @@ TEST(EncodingCursor, LargeBlocksGiveTheirMemoryBack) {
             return it.putValue(std::string(size, 'x'), 5);
         };
         {
+            const Cursor tree = newCursor();
             std::string bytes;
-            EXPECT_EQ(encode(nest, bytes), 0);
+            EXPECT_EQ(encode(nest, bytes), nest(*tree));
+            EXPECT_TRUE(bytes == bytesOf(*tree));
         }
         return allocatedBytes();
     };

@@ -63,6 +63,20 @@ TEST(VocID, TakesItsVersionFromTheNearestPlace) {
     }
 }
 
+TEST(VocID, OrdersByNameThenVersionByteByByte) {
+    const HBXVocID ordered[] = {{nullptr, ""}, {nullptr, "9"}, {"Z", ""},       {"a", "10"},
+                                {"a", "9"},    {"aa", ""},     {"\xC3\xA4", ""}};
+    const HBXVocMap::HBXVocIDSortUniqueName byName;
+    for (const HBXVocID& a : ordered) {
+        for (const HBXVocID& b : ordered) {
+            EXPECT_EQ(a < b, &a < &b) << idText(a) << " < " << idText(b);
+            EXPECT_EQ(a == b, &a == &b);
+            EXPECT_EQ(byName(a, b), a.name < b.name);
+        }
+    }
+    EXPECT_FALSE(byName({"a", "1"}, {"a", "2"}));
+}
+
 TEST(VocID, TooLongANameOrNoMessageInCodeEndsTheProgram) {
     const std::string longest(255, 'n');
     EXPECT_EQ(HBXVocID(longest.c_str(), "").name.toString(), longest);
