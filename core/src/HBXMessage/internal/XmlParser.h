@@ -158,7 +158,7 @@ int XmlParser<Handler>::read(void* self, char* to, int room) noexcept {
 template <class Handler>
 void XmlParser<Handler>::checkWork() {
     constexpr std::size_t kMostAttributes = kMaxAttributes + std::size(kXmlMarks) + 1;
-    if (static_cast<std::size_t>(context_->maxatts) > 2 * 2 * kMostAttributes) {
+    if (static_cast<std::size_t>(context_->maxatts) > 4 * kMostAttributes) {
         fail("more than " + std::to_string(kMaxAttributes) + " attributes");
     } else if (xmlDictSize(context_->dict) > static_cast<int>(kMaxXmlNames)) {
         fail("more than " + std::to_string(kMaxXmlNames) + " names of elements and attributes");
