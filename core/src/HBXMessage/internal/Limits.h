@@ -15,7 +15,7 @@ inline constexpr std::size_t kMaxNameLength = 1024;
 /// In the text form alone, where a number without a name is written as an attribute name of its own: so many
 /// of those, and what names of all sorts may come to in the whole text.
 inline constexpr std::size_t kMaxXmlNumbers = 16'384;
-inline constexpr std::uint32_t kMaxXmlNames = 131'072;
+inline constexpr std::uint32_t kMaxXmlNames = 196'608;
 inline constexpr std::size_t kMaxInput = std::size_t{256} << 20;
 
 } // namespace HBX::internal

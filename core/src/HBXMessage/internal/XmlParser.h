@@ -152,9 +152,10 @@ int XmlParser<Handler>::read(void* self, char* to, int room) noexcept {
     return static_cast<int>(piece.size());
 }
 
-/// Libxml2 compares each attribute of an element with all before it, and keeps names in a table of few rows:
-/// what a text can make of that ends here, long before the limits on elements would be reached. It doubles
-/// its list of names and values when that is full, so a list this long holds more than an element may have.
+/// Libxml2 compares each attribute of an element with all before it, and keeps names in a table that grows
+/// but once: what a text can make of that ends here, long before the limits on elements would be reached. It
+/// doubles its list of names and values when that is full, so a list this long holds more than an element may
+/// have.
 template <class Handler>
 void XmlParser<Handler>::checkWork() {
     constexpr std::size_t kMostAttributes = kMaxAttributes + std::size(kXmlMarks) + 1;
