@@ -26,7 +26,7 @@ TEST_F(ConfigurationFile, SavesWhatItReadsOrLeavesTheOldFile) {
         limitFileSize(1000); // the disk is full
         return configuration.saveToFile(file) == -1 && HBXOptionsFileSerializer(file).write(options) == -1;
     };
-    EXPECT_TRUE(inChild(save));
+    EXPECT_EQ(inChild(save), 1);
     EXPECT_EQ(contentOf(file), "old");
     EXPECT_EQ(files(), 1) << "nothing is left beside it";
     ASSERT_EQ(configuration.saveToFile(file), 0) << getErrorMessage();
