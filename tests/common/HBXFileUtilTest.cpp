@@ -4,46 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <string>
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/ChildProcess.h"
 #include "support/ScratchFolder.h"
-
-// A layer between the library and the system that can fail: these stand before those of the C library.
-namespace {
-
-int callsUntilFault = 0; ///< 0: none is due
-int faultError = 0;
-std::string faultCall; ///< the call that has failed
-
-/// Calls the one of the C library, unless it is due to fail.
-template <class Result, class... Arguments>
-Result passOn(const char* name, Arguments... arguments) {
-    if (callsUntilFault != 0 && --callsUntilFault == 0) {
-        faultCall = name;
-        errno = faultError;
-        return -1;
-    }
-    return reinterpret_cast<Result (*)(Arguments...)>(dlsym(RTLD_NEXT, name))(arguments...);
-}
-
-} // namespace
-
-extern "C" {
-ssize_t write(int file, const void* bytes, size_t size) {
-    return passOn<ssize_t>("write", file, bytes, size);
-}
-int fsync(int file) { return passOn<int>("fsync", file); }
-int fchmod(int file, mode_t mode) noexcept { return passOn<int>("fchmod", file, mode); }
-int rename(const char* from, const char* to) noexcept { return passOn<int>("rename", from, to); }
-}
 
 namespace HBX {
 namespace {
@@ -114,29 +83,6 @@ TEST_F(FileTest, WriteFailuresLeaveTheOldFileAndNothingElse) {
               EFBIG);
     EXPECT_EQ(test::contentOf(path("f")), "old");
     EXPECT_EQ(files(), 2) << "the folder and the old file";
-}
-
-TEST_F(FileTest, WhicheverCallFailsTheFileIsWhole) {
-    std::string failed;
-    for (int due = 1; due <= 5; ++due) {
-        write("f", "old");
-        faultError = due % 2 == 0 ? ENOSPC : EIO;
-        callsUntilFault = due;
-        EXPECT_EQ(writeFileAtomic(path("f"), "new"), -1) << due;
-        EXPECT_EQ(std::exchange(callsUntilFault, 0), 0) << due;
-        failed += faultCall + ' ';
-        const std::string& reason = getErrorMessage();
-        EXPECT_NE(reason.find(errnoText(faultError)), std::string::npos) << reason;
-        EXPECT_NE(reason.find(path("f")), std::string::npos) << reason;
-        const bool onlyFolderIsUnsafe = reason.find("folder") != std::string::npos;
-        EXPECT_EQ(onlyFolderIsUnsafe, due == 5) << reason;
-        EXPECT_EQ(test::contentOf(path("f")), onlyFolderIsUnsafe ? "new" : "old") << failed;
-        EXPECT_EQ(files(), 1) << "nothing is left beside it";
-    }
-    EXPECT_EQ(failed, "fchmod write fsync rename fsync ");
-    callsUntilFault = 6;
-    EXPECT_EQ(writeFileAtomic(path("f"), "new"), 0);
-    EXPECT_EQ(std::exchange(callsUntilFault, 0), 1) << "no further call could fail";
 }
 
 TEST_F(FileTest, OpensClosedOnExecAndRemoves) {
