@@ -28,6 +28,7 @@ TEST_F(ProgramTest, CompletionOffersWhatCanFollow) {
         {"help ex", "exit-codes "},
         {"help schedule n", "next "},
         {"evn ''", ""},
+        {"env lsit --", ""},
     };
     std::filesystem::create_directory(path("folder"));
     write("folder/hbx.bash", out({"completion", "bash"}));

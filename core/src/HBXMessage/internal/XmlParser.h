@@ -178,10 +178,10 @@ void XmlParser<Handler>::takeError(void* self, const char*, ...) noexcept {
     }
 }
 
+/// In our own words where libxml2's name lines, which it does not count here, or advise what would not help.
 template <class Handler>
 void XmlParser<Handler>::failOn(const xmlError& error) {
-    switch (
-        error.code) { // for some, libxml2's own words name lines, which it does not count here, or what to do
+    switch (error.code) {
     case XML_ERR_TAG_NAME_MISMATCH:
         return fail("mismatched tag");
     case XML_ERR_TAG_NOT_FINISHED:
